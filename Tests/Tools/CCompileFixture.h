@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Tests/Tools/CPlainNode.h"
-#include "Tests/Tools/CScratchFolder.h"
+#include "Tests/Support/CScratchFolder.h"
 #include "Tools/defc/CDefCompiler.h"
 
 #include <string>

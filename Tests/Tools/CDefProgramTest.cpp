@@ -1,4 +1,4 @@
-#include "Tests/Tools/CScratchFolder.h"
+#include "Tests/Support/CScratchFolder.h"
 
 #include <cstdlib>
 

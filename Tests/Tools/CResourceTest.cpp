@@ -1,5 +1,5 @@
 #include "Core/CResourceEntry.h"
-#include "Tests/Tools/CScratchFolder.h"
+#include "Tests/Support/CScratchFolder.h"
 #include "Tools/defc/CDefCompiler.h"
 #include "Tools/resc/CResourceManifest.h"
 #include "Tools/resc/CResourceSource.h"

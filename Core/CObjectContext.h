@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Core/CEventRegistry.h"
+#include "Platform/CCriticalSection.h"
+
+#include <cstdint>
+
+namespace tsm {
+
+/// What the objects of one instance tree share: the numbers of objects and the event registry.
+/// Each context is known by its number for as long as it lives, so that an answer from another
+/// thread can find out that its tree has gone.
+class CObjectContext : public CCheckedObject {
+public:
+    CObjectContext();
+    ~CObjectContext();
+    CObjectContext(const CObjectContext&) = delete;
+    CObjectContext& operator=(const CObjectContext&) = delete;
+
+    /// Unique in the process. [any]
+    [[nodiscard]] std::uint32_t getId() const noexcept { return id; }
+    /// The next object number, from 0 on. [any]
+    [[nodiscard]] std::int32_t nextObjectId();
+    [[nodiscard]] CEventRegistry& getEvents() noexcept { return events; }
+
+    /// True while a context of that number exists. [any]
+    [[nodiscard]] static bool isAlive(std::uint32_t contextId);
+
+private:
+    CCriticalSection counterLock{50};
+    std::int32_t objectCount = 0;
+    CEventRegistry events;
+    std::uint32_t id;
+};
+
+} // namespace tsm
