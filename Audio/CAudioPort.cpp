@@ -1,0 +1,204 @@
+#include "Audio/CAudioPort.h"
+
+#include <algorithm>
+
+namespace tsm {
+namespace {
+
+constexpr int kMaxTerms = 4;
+
+/// out = a + b, + c, + d in this order, whatever the compiler does.
+void addTerms(const double* const* terms, int termCount, double* __restrict out, int length)
+{
+    for (int i = 0; i < length; ++i) {
+        double sum = terms[0][i];
+        for (int k = 1; k < termCount; ++k)
+            sum += terms[k][i];
+        out[i] = sum;
+    }
+}
+
+void takeMaximum(const double* const* terms, int termCount, double* __restrict out, int length)
+{
+    for (int i = 0; i < length; ++i) {
+        double most = terms[0][i];
+        for (int k = 1; k < termCount; ++k)
+            most = std::max(most, terms[k][i]);
+        out[i] = most;
+    }
+}
+
+} // namespace
+
+const CAudioChannel* CAudioPort::findChannel(std::uint32_t channel) const noexcept
+{
+    for (int i = 0; i < channelCount; ++i)
+        if (channels[i].result.channel == channel)
+            return &channels[i].result;
+    return nullptr;
+}
+
+double CAudioPort::getSampleRate() const noexcept
+{
+    for (const CAudioLink& link : links)
+        if (link.getFormat().channelCount > 0)
+            return link.getFormat().sampleRate;
+    return 0.0;
+}
+
+CAudioLink& CAudioPort::addLink(CAudioProcessBase* source, int sourcePort)
+{
+    raiseInputChange();
+    return links.add(new CAudioLink(source, sourcePort, *this));
+}
+
+void CAudioPort::removeLink(CAudioLink& link)
+{
+    raiseInputChange();
+    // The channels refer to the link until the next rebuild.
+    for (CPortChannel& channel : channels)
+        channel.sources.clear();
+    links.remove(links.indexOf(&link));
+}
+
+int CAudioPort::findLatency() const noexcept
+{
+    int latency = 0;
+    for (const CAudioLink& link : links)
+        for (int i = 0; i < link.getFormat().channelCount; ++i)
+            latency = std::max(latency, link.getFormat().channels[i].latency);
+    return latency;
+}
+
+/// The place of a channel, in order of the slots; a new one gets the group of its first source.
+CAudioPort::CPortChannel& CAudioPort::channelOf(const CAudioChannelFormat& format)
+{
+    int at = 0;
+    while (at < channelCount && channels[at].result.channel < format.channel)
+        ++at;
+    if (at < channelCount && channels[at].result.channel == format.channel)
+        return channels[at];
+    assert(channelCount < kMaxPortChannels);
+    std::move_backward(channels + at, channels + channelCount, channels + channelCount + 1);
+    ++channelCount;
+    CPortChannel& made = channels[at];
+    made.sources.clear();
+    static_cast<CAudioChannelFormat&>(made.result) = format;
+    made.result.buffer.reset();
+    return made;
+}
+
+bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
+{
+    CAudioChannelFormat former[kMaxPortChannels];
+    const int formerCount = channelCount;
+    for (int i = 0; i < formerCount; ++i)
+        former[i] = channels[i].result;
+    release();
+    channelCount = 0;
+    for (CAudioLink& link : links) {
+        link.fitDelays(pool, inputLatency);
+        for (int i = 0; i < link.getFormat().channelCount; ++i)
+            if (link.getFormat().channels[i].channel < kMaxPortChannels)
+                channelOf(link.getFormat().channels[i]).sources.add({&link, i});
+    }
+    bool isChanged = channelCount != formerCount;
+    for (int i = 0; i < channelCount; ++i) {
+        CAudioChannelFormat& format = channels[i].result;
+        isChanged |= format.channel != former[i].channel || format.group != former[i].group;
+        format.latency = inputLatency;
+    }
+    return isChanged;
+}
+
+int CAudioPort::getBlockLength() const noexcept
+{
+    for (const CAudioLink& link : links)
+        if (link.getFormat().channelCount > 0)
+            return link.getBlockLength();
+    return 0;
+}
+
+void CAudioPort::pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput)
+{
+    for (int i = 0; i < channelCount; ++i) {
+        CPortChannel& channel = channels[i];
+        if (channel.sources.getCount() == 1)
+            channel.result.buffer = fetch(channel.sources[0], pool, length, isFilledByInput);
+        else
+            channel.result.buffer = combine(channel, pool, length, combo, isFilledByInput);
+        if (!channel.result.buffer)
+            channel.result.buffer = pool.takeFilled(length, 0.0);
+    }
+}
+
+void CAudioPort::release() noexcept
+{
+    for (int i = 0; i < channelCount; ++i)
+        channels[i].result.buffer.reset();
+}
+
+void CAudioPort::resetDelays()
+{
+    for (CAudioLink& link : links)
+        link.resetDelays();
+}
+
+CAudioBlockRef CAudioPort::fetch(const CSource& source, CAudioBlockPool& pool, int length,
+                                 bool isFilledByInput)
+{
+    CAudioBlockRef block = source.link->take(source.index);
+    CDSPModDelay* delay = source.link->getDelay(source.index);
+    if (!block || !delay)
+        return block;
+    if (delay->isFresh())
+        delay->setFillValue(isFilledByInput ? block.read()[0] : 0.0);
+    CAudioBlockRef out = block.isSole() ? block : CAudioBlockRef();
+    const double* in = block.read();
+    if (out)
+        block.reset(); // leaves `out` the one holder; the samples stay
+    else
+        out = pool.take(length);
+    delay->process(in, out.write(), length);
+    return out;
+}
+
+CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool& pool, int length,
+                                   EInputCombo combo, bool isFilledByInput)
+{
+    CAudioBlockRef held[kMaxTerms];
+    const double* terms[kMaxTerms];
+    int termCount = 0;
+    int sourceCount = 0;
+    const auto fold = [&] {
+        CAudioBlockRef result = pool.take(length);
+        (combo == EInputCombo::Maximum ? takeMaximum : addTerms)(terms, termCount, result.write(),
+                                                                 length);
+        for (CAudioBlockRef& block : held)
+            block.reset();
+        terms[0] = result.read();
+        held[0] = std::move(result);
+        termCount = 1;
+    };
+    for (const CSource& source : channel.sources) {
+        CAudioBlockRef block = fetch(source, pool, length, isFilledByInput);
+        if (!block)
+            continue;
+        ++sourceCount;
+        terms[termCount] = block.read();
+        held[termCount++] = std::move(block);
+        if (termCount == kMaxTerms)
+            fold();
+    }
+    if (termCount > 1)
+        fold();
+    if (combo == EInputCombo::Mean && sourceCount > 1) {
+        const double scale = 1.0 / sourceCount;
+        double* samples = held[0].write();
+        for (int i = 0; i < length; ++i)
+            samples[i] *= scale;
+    }
+    return held[0];
+}
+
+} // namespace tsm

@@ -1,0 +1,405 @@
+#include "Audio/CAudioProcessTerminalBase.h"
+
+#include "Audio/CAudioParam.h"
+#include "Audio/CAudioParamSubscription.h"
+#include "Audio/CAudioProcessDefBase.h"
+#include "Core/CText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace tsm {
+namespace {
+
+constexpr double kMinXfadeSeconds = 0.0001;
+
+bool isSameChannel(const CAudioChannelFormat& a, const CAudioChannelFormat& b)
+{
+    return a.channel == b.channel && a.group == b.group;
+}
+
+} // namespace
+
+CAudioProcessTerminalBase::~CAudioProcessTerminalBase()
+{
+    for (CSlot& slot : slots)
+        if (slot.subscription)
+            slot.param->unsubscribe(slot.subscription);
+}
+
+CError* CAudioProcessTerminalBase::init()
+{
+    TSM_TRY(CAudioProcessBase::init());
+    isSmoothDefinition = getDefinition().getIsSmoothUpdate();
+    // Written so that a text that is no number takes the shortest fade too.
+    const double seconds = getDefinition().getXfadeLength();
+    xfadeLength = seconds > kMinXfadeSeconds ? seconds : kMinXfadeSeconds;
+    return makeSlots();
+}
+
+CError* CAudioProcessTerminalBase::makeSlots()
+{
+    for (const auto& entry : getDefinition().getAllocs()) {
+        const CAudioParamAllocDef& alloc = *entry.value;
+        while (slots.getCount() <= alloc.getIndex())
+            slots.create().index = slots.getCount() - 1;
+        CSlot& slot = slots[alloc.getIndex()];
+        slot.isSmooth = alloc.getIsSmoothUpdate();
+        slot.useAllGroups = alloc.getUseAllGroups();
+        slot.param = &findParam(alloc.getParamName());
+        const bool isOneGroup = getIsStackElement() && !slot.useAllGroups;
+        slot.subscription = slot.param->subscribe(
+            &slot.dirtyGroups, getParamsChangedFlag(), isOneGroup ? getGroupIndex() : -1,
+            alloc.getUseAllElements() ? -1 : getElementIndex());
+    }
+    return nullptr;
+}
+
+const CAudioParamStorage* CAudioProcessTerminalBase::findSlotValues(int index) const noexcept
+{
+    const bool isKnown = index >= 0 && index < slots.getCount() && slots[index].param;
+    return isKnown ? &slots[index].param->getProcessValues() : nullptr;
+}
+
+void CAudioProcessTerminalBase::setAllParamsDirty(bool isDirty)
+{
+    for (CSlot& slot : slots)
+        slot.dirtyGroups = isDirty ? ~std::uint32_t{0} : 0;
+}
+
+void CAudioProcessTerminalBase::update()
+{
+    if (getInputsChanged())
+        updateFormat();
+    else
+        updateParams();
+}
+
+void CAudioProcessTerminalBase::reset()
+{
+    CAudioProcessBase::reset();
+    endFades();
+    for (CRecord& record : records)
+        record.current->reset();
+    rebuildActive();
+}
+
+// Channels
+
+void CAudioProcessTerminalBase::updateFormat()
+{
+    endFades();
+    xfadeSamples = std::max(roundToInt(getSampleRate() * xfadeLength), 1);
+    fitRecords();
+    for (CRecord& record : records)
+        runUpdate(*record.current);
+    rebuildActive();
+    publishOutputs();
+}
+
+void CAudioProcessTerminalBase::fitRecords()
+{
+    const CAudioPort& port = *findPort(0);
+    const CAudioChannel* channels[kMaxPortChannels];
+    const int channelCount = port.getChannelCount();
+    for (int i = 0; i < channelCount; ++i)
+        channels[i] = &port.getChannel(i);
+
+    // Records keep their place by channel slot, so that a channel keeps its module.
+    COwnedArray<CRecord> former = std::move(records);
+    const auto takeRecord = [&](int slot) {
+        for (int i = 0; i < former.getCount(); ++i)
+            if (former[i].current->channelIndex == slot)
+                return former.take(i);
+        return new CRecord;
+    };
+    if (getDefinition().getIsTerminalWhole()) {
+        if (channelCount > 0)
+            fitRecord(records.add(former.isEmpty() ? new CRecord : former.take(0)), channels,
+                      channelCount);
+    } else {
+        for (int i = 0; i < channelCount; ++i)
+            fitRecord(records.add(takeRecord(static_cast<int>(channels[i]->channel))), channels + i,
+                      1);
+    }
+    for (CRecord& record : former)
+        retire(record.current);
+}
+
+void CAudioProcessTerminalBase::fitRecord(CRecord& record, const CAudioChannel* const* channels,
+                                          int count)
+{
+    const bool isNew = !record.current;
+    if (isNew)
+        record.current = takeModule();
+    CAudioModule& module = *record.current;
+    module.channelIndex = static_cast<int>(channels[0]->channel);
+    module.groupIndex = static_cast<int>(channels[0]->group);
+    module.inputs.clear();
+    module.outputCount = count;
+    for (int i = 0; i < count; ++i) {
+        module.inputs.add(channels[i]);
+        static_cast<CAudioChannelFormat&>(module.outputs[i]) = *channels[i];
+    }
+    setUpModule(module);
+    if (isNew)
+        module.init();
+}
+
+void CAudioProcessTerminalBase::setUpModule(CAudioModule& module) const
+{
+    module.elementIndex = getElementIndex();
+    module.sampleRate = getSampleRate();
+    module.inputLatency = getInputLatency();
+    for (int i = 0; i < module.outputCount; ++i) {
+        module.outputs[i].latency = getInputLatency();
+        module.outputs[i].buffer.reset();
+    }
+}
+
+CPtr<CAudioModule> CAudioProcessTerminalBase::takeModule()
+{
+    if (!freeModules.isEmpty())
+        return CPtr<CAudioModule>(freeModules.take(freeModules.getCount() - 1));
+    CPtr<CAudioModule> module(createModule());
+    module->process = this;
+    module->registerParams();
+    return module;
+}
+
+/// Keeps a module for the next switch, so that a stream of changes allocates nothing.
+void CAudioProcessTerminalBase::retire(CPtr<CAudioModule>& module)
+{
+    if (!module)
+        return;
+    for (CAudioModuleOutput& output : module->outputs)
+        output.buffer.reset();
+    freeModules.add(module.release());
+}
+
+void CAudioProcessTerminalBase::runUpdate(CAudioModule& module)
+{
+    const auto setFlags = [&](bool isChanged) {
+        for (CAudioModuleParam* param : module.params)
+            if (param)
+                param->changed = isChanged;
+        module.anyParamDirty = isChanged;
+    };
+    setFlags(true);
+    module.update();
+    setFlags(false);
+}
+
+// Parameters
+
+/// Flags the module's parameter if the slot's change concerns it.
+bool CAudioProcessTerminalBase::markDirty(CAudioModule& module, const CSlot& slot) const
+{
+    const bool isSingleGroup = slot.param->getProcessValues().getShape().isSingleGroup;
+    const int group = isSingleGroup ? 0 : module.groupIndex;
+    const bool isConcerned = slot.useAllGroups || (slot.dirtyGroups >> group & 1u);
+    if (!isConcerned)
+        return false;
+    if (slot.index < module.params.getCount() && module.params[slot.index])
+        module.params[slot.index]->changed = true;
+    module.anyParamDirty = true;
+    return true;
+}
+
+void CAudioProcessTerminalBase::updateParams()
+{
+    bool isSmooth = isSmoothDefinition;
+    for (const CSlot& slot : slots) {
+        if (slot.dirtyGroups == 0)
+            continue;
+        isSmooth |= slot.isSmooth;
+        for (CRecord& record : records)
+            (void)markDirty(*record.current, slot);
+    }
+    bool isRepublished = false;
+    for (CRecord& record : records) {
+        if (!record.current->anyParamDirty)
+            continue;
+        if (isSmooth)
+            changeModule(record);
+        else
+            record.current->update();
+        isRepublished = true;
+        for (CAudioModuleParam* param : record.current->params)
+            if (param)
+                param->changed = false;
+        record.current->anyParamDirty = false;
+    }
+    finishFades();
+    if (isRepublished)
+        publishOutputs();
+}
+
+void CAudioProcessTerminalBase::changeModule(CRecord& record)
+{
+    if (record.isFading) {
+        record.isChangePending = true;
+        return;
+    }
+    fadingCount += startSwitch(record) ? 1 : 0;
+    rebuildActive();
+}
+
+/// Replaces the module by a fresh one that has the parameters as they are now. Tells whether a
+/// fade has begun; there is none between outputs that don't go together.
+bool CAudioProcessTerminalBase::startSwitch(CRecord& record)
+{
+    retire(record.previous);
+    record.previous = std::move(record.current);
+    record.current = takeModule();
+    CAudioModule& former = *record.previous;
+    CAudioModule& module = *record.current;
+    for (CAudioModuleParam* param : former.params)
+        if (param)
+            param->changed = false;
+    former.anyParamDirty = false;
+
+    module.channelIndex = former.channelIndex;
+    module.groupIndex = former.groupIndex;
+    module.inputs = former.inputs;
+    module.outputCount = former.outputCount;
+    for (int i = 0; i < former.outputCount; ++i)
+        static_cast<CAudioChannelFormat&>(module.outputs[i]) = former.outputs[i];
+    setUpModule(module);
+    module.init();
+    runUpdate(module);
+
+    record.isChangePending = false;
+    record.isFading = module.outputCount == former.outputCount &&
+                      std::equal(module.outputs, module.outputs + module.outputCount,
+                                 former.outputs, isSameChannel);
+    if (record.isFading)
+        startFade(record);
+    else
+        retire(record.previous);
+    return record.isFading;
+}
+
+void CAudioProcessTerminalBase::startFade(CRecord& record) const
+{
+    const CAudioModule& module = *record.current;
+    int latency = getInputLatency();
+    const double step = std::numbers::pi / xfadeSamples;
+    for (int i = 0; i < module.outputCount; ++i) {
+        latency = std::max(latency, module.outputs[i].latency);
+        record.fades[i] = {0.5, 0.5 * std::sin(std::numbers::pi / 2 - step), 2.0 * std::cos(step)};
+    }
+    record.waitSamples = latency - getInputLatency();
+    record.fadeSamples = xfadeSamples;
+}
+
+/// Ends the fades that have used up their samples. The samples count and no clock: a short block
+/// followed by long ones must not cut a fade.
+void CAudioProcessTerminalBase::finishFades()
+{
+    bool isAnyDone = false;
+    for (CRecord& record : records) {
+        if (!record.isFading || record.waitSamples > 0 || record.fadeSamples > 0)
+            continue;
+        isAnyDone = true;
+        record.isFading = false;
+        --fadingCount;
+        if (record.isChangePending)
+            fadingCount += startSwitch(record) ? 1 : 0;
+        else
+            retire(record.previous);
+    }
+    if (isAnyDone) {
+        rebuildActive();
+        publishOutputs();
+    }
+}
+
+void CAudioProcessTerminalBase::endFades()
+{
+    for (CRecord& record : records) {
+        retire(record.previous);
+        record.isFading = record.isChangePending = false;
+        record.waitSamples = record.fadeSamples = 0;
+    }
+    fadingCount = 0;
+}
+
+void CAudioProcessTerminalBase::rebuildActive()
+{
+    activeModules.clear();
+    for (CRecord& record : records) {
+        activeModules.add(record.current.get());
+        if (record.isFading)
+            activeModules.add(record.previous.get());
+    }
+}
+
+void CAudioProcessTerminalBase::publishOutputs()
+{
+    CAudioFormat format;
+    format.sampleRate = getSampleRate();
+    for (const CRecord& record : records)
+        for (int i = 0; i < record.current->outputCount; ++i)
+            format.add(record.current->outputs[i]);
+    publish(format);
+}
+
+// Signal
+
+void CAudioProcessTerminalBase::process()
+{
+    if (!pull())
+        return;
+    for (CAudioModule* module : activeModules)
+        module->blockLength = getBlockLength();
+    if (!activeModules.isEmpty())
+        processModules(activeModules.data(), activeModules.getCount());
+    int index = 0;
+    for (CRecord& record : records) {
+        if (record.isFading)
+            mixFade(record);
+        CAudioModule& module = *record.current;
+        for (int i = 0; i < module.outputCount; ++i)
+            send(index++, std::exchange(module.outputs[i].buffer, {}), getBlockLength());
+    }
+    releaseInputs();
+}
+
+void CAudioProcessTerminalBase::mixFade(CRecord& record)
+{
+    for (int i = 0; i < record.current->outputCount; ++i)
+        mixChannel(record, i);
+    const int waited = std::min(record.waitSamples, getBlockLength());
+    record.waitSamples -= waited;
+    record.fadeSamples -= std::min(record.fadeSamples, getBlockLength() - waited);
+}
+
+/// Leaves in the new module's output: the old signal during the wait, the crossfade, the new
+/// signal.
+void CAudioProcessTerminalBase::mixChannel(CRecord& record, int channel)
+{
+    CAudioBlockRef& fresh = record.current->outputs[channel].buffer;
+    const CAudioBlockRef former = std::exchange(record.previous->outputs[channel].buffer, {});
+    const int length = getBlockLength();
+    const int waitEnd = std::min(record.waitSamples, length);
+    const int fadeEnd = std::min(waitEnd + record.fadeSamples, length);
+    CAudioBlockRef mixed = getPool().take(length);
+    const double* newSamples = fresh.read();
+    const double* oldSamples = former.read();
+    double* __restrict out = mixed.write();
+    std::copy_n(oldSamples, waitEnd, out);
+    CFade fade = record.fades[channel];
+    for (int i = waitEnd; i < fadeEnd; ++i) {
+        out[i] = (0.5 - fade.value) * newSamples[i] + (0.5 + fade.value) * oldSamples[i];
+        const double next = fade.twoCos * fade.value - fade.previous;
+        fade.previous = fade.value;
+        fade.value = next;
+    }
+    record.fades[channel] = fade;
+    std::copy(newSamples + fadeEnd, newSamples + length, out + fadeEnd);
+    fresh = std::move(mixed);
+}
+
+} // namespace tsm

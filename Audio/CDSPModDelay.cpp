@@ -1,0 +1,170 @@
+#include "Audio/CDSPModDelay.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+
+namespace tsm {
+
+void CDSPModDelay::setFadeLength(int samples) noexcept
+{
+    fadeLength = std::max(samples, 1);
+}
+
+void CDSPModDelay::setDelay(int samples)
+{
+    assert(samples >= 0);
+    if (fadeSteps > 0) {
+        pendingDelay = samples == delay ? -1 : samples;
+        return;
+    }
+    if (samples == delay)
+        return;
+    if (hasSignal) {
+        startFade(samples);
+        return;
+    }
+    delay = oldDelay = samples;
+}
+
+void CDSPModDelay::startFade(int samples)
+{
+    const double step = std::numbers::pi / fadeLength;
+    oldDelay = delay;
+    delay = samples;
+    pendingDelay = -1;
+    fadeSteps = fadeLength;
+    fadeValue = 0.5;
+    fadePrevious = 0.5 * std::cos(step);
+    fadeFactor = 2.0 * std::cos(step);
+}
+
+void CDSPModDelay::endFade()
+{
+    oldDelay = delay;
+    if (pendingDelay >= 0)
+        startFade(std::exchange(pendingDelay, -1));
+}
+
+void CDSPModDelay::reset()
+{
+    ring.clear();
+    if (pendingDelay >= 0)
+        delay = pendingDelay;
+    pendingDelay = -1;
+    oldDelay = delay;
+    fadeSteps = 0;
+    hasSignal = false;
+    writePosition = 0;
+}
+
+void CDSPModDelay::process(const double* in, double* out, int count)
+{
+    hasSignal = true;
+    for (int done = 0; done < count;) {
+        fitRing();
+        int slice = std::min(count - done, kMaxSlice);
+        slice = sliceAt(writePosition, slice);
+        slice = sliceAt(back(delay), slice);
+        if (fadeSteps > 0)
+            slice = std::min(sliceAt(back(oldDelay), slice), fadeSteps);
+        processSlice(in + done, out + done, slice);
+        done += slice;
+    }
+}
+
+void CDSPModDelay::processSlice(const double* in, double* out, int count)
+{
+    std::memmove(at(writePosition), in, static_cast<std::size_t>(count) * sizeof(double));
+    if (fadeSteps > 0)
+        readFading(out, count);
+    else
+        readPlain(out, count);
+    writePosition = (writePosition + count) % (ring.getCount() * size);
+}
+
+void CDSPModDelay::readPlain(double* out, int count)
+{
+    std::memcpy(out, at(back(delay)), static_cast<std::size_t>(count) * sizeof(double));
+}
+
+void CDSPModDelay::readFading(double* out, int count)
+{
+    const double* former = at(back(oldDelay));
+    const double* wanted = at(back(delay));
+    for (int i = 0; i < count; ++i) {
+        out[i] = (0.5 + fadeValue) * former[i] + (0.5 - fadeValue) * wanted[i];
+        const double next = fadeFactor * fadeValue - fadePrevious;
+        fadePrevious = fadeValue;
+        fadeValue = next;
+    }
+    fadeSteps -= count;
+    if (fadeSteps == 0)
+        endFade();
+}
+
+/// The samples at a ring position, up to the end of their block.
+double* CDSPModDelay::at(int position)
+{
+    CSlot& slot = ring[position / size];
+    if (!slot.block)
+        slot.block = pool.takeFilled(size, fillValue);
+    return slot.block.write() + position % size;
+}
+
+int CDSPModDelay::back(int samples) const noexcept
+{
+    const int position = writePosition - samples;
+    return position < 0 ? position + ring.getCount() * size : position;
+}
+
+int CDSPModDelay::sliceAt(int position, int wanted) const noexcept
+{
+    return std::min(wanted, size - position % size);
+}
+
+/// Gives the ring the blocks that the longer of the two delays needs beside the slice being
+/// written. What the line holds stays: the newest block comes last, and the oldest samples, which
+/// share its block in a full ring, move to one of their own or back.
+void CDSPModDelay::fitRing()
+{
+    const int needed = (std::max(delay, oldDelay) + size + kMaxSlice - 1) / size;
+    const int former = ring.getCount();
+    if (needed == former)
+        return;
+    if (former == 0) {
+        for (int i = 0; i < needed; ++i)
+            ring.create();
+        return;
+    }
+    const int newest = writePosition / size;
+    const int inBlock = writePosition % size;
+    COwnedArray<CSlot> fitted;
+    for (int i = 0; i < needed; ++i)
+        fitted.create();
+    for (int i = 0; i < std::min(former, needed); ++i)
+        fitted[needed - 1 - i].block = ring[(newest - i + former) % former].block;
+
+    const auto tail = static_cast<std::size_t>(size - inBlock) * sizeof(double);
+    CAudioBlockRef& last = fitted[needed - 1].block;
+    if (needed > former && last) {
+        CAudioBlockRef& oldest = fitted[needed - 1 - former].block;
+        oldest = pool.takeFilled(size, fillValue);
+        std::memcpy(oldest.write() + inBlock, last.read() + inBlock, tail);
+    } else if (needed < former) {
+        const CAudioBlockRef& oldest = ring[(newest - needed + former) % former].block;
+        if (!last)
+            last = pool.takeFilled(size, fillValue);
+        else if (!last.isSole())
+            ring[newest].block.reset();
+        if (oldest)
+            std::memcpy(last.write() + inBlock, oldest.read() + inBlock, tail);
+        else
+            std::fill_n(last.write() + inBlock, size - inBlock, fillValue);
+    }
+    ring = std::move(fitted);
+    writePosition = (needed - 1) * size + inBlock;
+}
+
+} // namespace tsm

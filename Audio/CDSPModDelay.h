@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Audio/CAudioBlockPool.h"
+#include "Core/CArray.h"
+#include "Core/COwnedArray.h"
+
+namespace tsm {
+
+/// A delay whose length may change while it runs, by a crossfade between the two lengths.
+///
+/// The line is a ring of pool blocks that are taken when they are first reached, so a long delay
+/// costs memory only as it fills; a block that is read before it was written holds the fill value.
+/// [audio]
+class CDSPModDelay : public CCheckedObject, public CTsmMemAllocator {
+public:
+    /// `blockSize` is the length of a ring block in samples.
+    CDSPModDelay(CAudioBlockPool& blockPool, int blockSize) : pool(blockPool), size(blockSize) {}
+    CDSPModDelay(const CDSPModDelay&) = delete;
+    CDSPModDelay& operator=(const CDSPModDelay&) = delete;
+
+    /// Samples that a change of length takes; at least 1 is used.
+    void setFadeLength(int samples) noexcept;
+    /// What the line gives before its input has come through. To be set before the first sample.
+    void setFillValue(double value) noexcept { fillValue = value; }
+    /// Asks for a delay in samples (0 or more). It is taken at once when no signal has passed yet,
+    /// else by a crossfade. During one it waits for the end, where a later one replaces it; one
+    /// equal to that being faded to cancels what waits.
+    void setDelay(int samples);
+    [[nodiscard]] int getDelay() const noexcept { return delay; }
+    [[nodiscard]] bool isFading() const noexcept { return fadeSteps > 0; }
+    /// True until a sample has passed since the beginning or the last reset.
+    [[nodiscard]] bool isFresh() const noexcept { return !hasSignal; }
+    /// Drops the content, ends a crossfade at its target, and starts anew.
+    void reset();
+    /// Delays `count` samples; `in` and `out` may be the same.
+    void process(const double* in, double* out, int count);
+
+private:
+    static constexpr int kMaxSlice = 256;
+
+    void startFade(int samples);
+    void endFade();
+    void fitRing();
+    [[nodiscard]] double* at(int position);
+    [[nodiscard]] int back(int samples) const noexcept;
+    [[nodiscard]] int sliceAt(int position, int wanted) const noexcept;
+    void processSlice(const double* in, double* out, int count);
+    void readPlain(double* out, int count);
+    void readFading(double* out, int count);
+
+    CAudioBlockPool& pool;
+    int size;
+    int fadeLength = 1;
+    double fillValue = 0.0;
+    int delay = 0;
+    int oldDelay = 0;
+    int pendingDelay = -1;
+    int fadeSteps = 0;
+    // The raised cosine by recursion: next = factor * value - previous.
+    double fadeValue = 0.0;
+    double fadePrevious = 0.0;
+    double fadeFactor = 0.0;
+    bool hasSignal = false;
+    int writePosition = 0;
+    struct CSlot : CTsmMemAllocator {
+        CAudioBlockRef block;
+    };
+    COwnedArray<CSlot> ring;
+};
+
+} // namespace tsm
