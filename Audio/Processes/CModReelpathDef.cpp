@@ -1,0 +1,12 @@
+#include "Audio/Processes/CModReelpathDef.h"
+
+#include "Audio/Processes/CModReelpath.h"
+
+namespace tsm {
+
+CAudioProcessBase* CModReelpathDef::createInstance() const
+{
+    return new CModReelpath;
+}
+
+} // namespace tsm

@@ -1,0 +1,40 @@
+#include "Audio/Processes/CTapePostStage.h"
+
+#include "Audio/Processes/TapeTwins.h"
+
+namespace tsm {
+
+void CTapePostStage::update(const CTapePostSettings& settings) noexcept
+{
+    coefficients = tapeKernels().updatePost(settings);
+    state = {};
+    state.flutter.noise = 1000000; // unrelated to the flutter of the stage before
+    state.flutter.position = coefficients.flutter.length - 1;
+}
+
+void CTapePostStage::setHistory(double* memory) noexcept
+{
+    state.history = memory;
+    reset();
+}
+
+void CTapePostStage::reset() noexcept
+{
+    resetTapeState(state, coefficients.flutter);
+}
+
+bool CTapePostStage::isTwin(const CTapePostStage& other) const noexcept
+{
+    return state.flutter == other.state.flutter && coefficients == other.coefficients;
+}
+
+void CTapePostStage::process(const CLane* lanes, int laneCount, int count) noexcept
+{
+    const CTapeKernels& kernels = tapeKernels();
+    forEachTwins(lanes, laneCount,
+                 [&](const CTapePostStage& first, const CTapeLane* twins, int twinCount) {
+                     kernels.processPost(first.coefficients, twins, twinCount, count);
+                 });
+}
+
+} // namespace tsm

@@ -1,0 +1,204 @@
+#pragma once
+
+#include "Audio/CAudioBlockPool.h"
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioParamAllocDef.h"
+#include "Audio/CAudioParamCollector.h"
+#include "Audio/CAudioParamDef.h"
+#include "Audio/CAudioProcessDefBase.h"
+#include "Audio/CAudioProcessTerminalBase.h"
+#include "Audio/Converters/CAudioParamConverterReal.h"
+#include "Audio/Processes/CModBypassDef.h"
+#include "Audio/Processes/CModGainDef.h"
+#include "Audio/Processes/CModNodeDef.h"
+#include "Audio/Processes/CModOutput.h"
+#include "Audio/Processes/CModOutputDef.h"
+#include "Audio/Processes/CModReelpathDef.h"
+#include "Audio/Processes/CModReelpathPostDef.h"
+#include "Tests/Support/CDocumentBytes.h"
+#include "Tests/Support/CTestTree.h"
+
+#include <optional>
+
+namespace tsm::test {
+
+/// A parameter with a slot in the modules; it takes any number, as it stands.
+struct CTestParam {
+    const char* name;
+    double initial;
+    bool useAllGroups = false;
+};
+
+/// One process between the test and an output process, made from a document.
+class AProcess : public ATree {
+protected:
+    using CChannels = std::vector<std::vector<double>>;
+
+    /// Starts a process of that tag, smooth in its updates over 15 ms, with those parameters in the
+    /// order of their slots.
+    void startProcess(const char* tag, const std::vector<CTestParam>& params)
+    {
+        CTestNode def{
+            tag, "modTest", {{"is-smooth-update", "true"}, {"xfade-length", "0.015"}}, {}};
+        for (std::size_t i = 0; i < params.size(); ++i) {
+            def.children.push_back(paramNode(params[i]));
+            def.children.push_back(allocNode(params[i], i));
+        }
+        const CTestNode real{"audio:cvt-real", "real", {}, {}};
+        const CTestNode converters{"core:object", "paramcvt", {}, {real}};
+        const CTestNode output{"audio:modOutput", "modOutput", {}, {}};
+        const CTestNode audio{"core:object", "audio", {}, {converters, def, output}};
+        document.emplace("ProcessTest.xml",
+                         CDocumentBytes::of(CTestNode{"core:object", "", {}, {audio}}));
+        start({creatorRow<CObject>("core:object"), creatorRow<CAudioEnv>("audio:audio-env"),
+               creatorRow<CAudioParamCollector>("audio:param-collector"),
+               creatorRow<CAudioParamDef>("audio:param"),
+               creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
+               creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
+               creatorRow<CModBypassDef>("audio:modBypass"),
+               creatorRow<CModGainDef>("audio:modGain"), creatorRow<CModNodeDef>("audio:modNode"),
+               creatorRow<CModOutputDef>("audio:modOutput"),
+               creatorRow<CModReelpathDef>("audio:modReelpath"),
+               creatorRow<CModReelpathPostDef>("audio:modReelpathPost")},
+              "ProcessTest.xml");
+        CObject& plugin = make(*root.get(), "core:object", "plugin");
+        env = &make<CAudioEnv>(plugin, "audio:audio-env", "audio-env");
+        env->isProcessing = true;
+        collector = &make<CAudioParamCollector>(plugin, "audio:param-collector", "param-collector");
+        collector->setEnv(env);
+        context = {env, collector, &pool};
+        createFrom(process, "modTest");
+        createFrom(outputProcess, "modOutput");
+        sink = dynamic_cast<CModOutput*>(outputProcess.get());
+        ASSERT_NE(sink, nullptr);
+        mainLink = &CAudioProcessBase::connect(nullptr, 0, *process, 0);
+        CAudioProcessBase::connect(process.get(), 0, *outputProcess, 0);
+    }
+    void TearDown() override
+    {
+        sent.clear();
+        process.reset();
+        outputProcess.reset();
+        ATree::TearDown();
+        document.reset();
+    }
+
+    /// Channel i of the input belongs to the group at place i.
+    void setFormat(const std::vector<std::uint32_t>& groups, double rate = 44100.0, int latency = 0)
+    {
+        format = {};
+        format.sampleRate = rate;
+        for (std::uint32_t i = 0; i < groups.size(); ++i)
+            format.add({i, groups[i], latency});
+        mainLink->publish(format);
+        if (dryLink)
+            dryLink->publish(format);
+    }
+    /// Gives the process a second input of the same format.
+    void addDryInput()
+    {
+        dryLink = &CAudioProcessBase::connect(nullptr, 0, *process, 1);
+        dryLink->publish(format);
+    }
+    void set(const char* name, double value, int group = 0)
+    {
+        CAudioParam* param = collector->find(CString("plugin.modTest.") + name);
+        ASSERT_NE(param, nullptr) << name;
+        param->setValue(group, 0, value);
+    }
+
+    /// One sub-block; the output's channels stay readable. What was sent stands in `sent`.
+    const CAudioPort& run(const CChannels& main, const CChannels& dry = {})
+    {
+        sent.clear();
+        sink->clear();
+        send(*mainLink, main);
+        if (dryLink)
+            send(*dryLink, dry);
+        {
+            const CLockScope hold(env->lock);
+            collector->takeQueue();
+        }
+        collector->applyQueue();
+        process->process();
+        outputProcess->process();
+        return *outputProcess->findPort(0);
+    }
+    /// Any length, in sub-blocks of `blockLength`.
+    CChannels runAll(const CChannels& in, int blockLength)
+    {
+        CChannels out(in.size());
+        for (std::size_t at = 0; at < in[0].size(); at += static_cast<std::size_t>(blockLength)) {
+            CChannels block;
+            for (const auto& channel : in) {
+                const auto from = channel.begin() + static_cast<std::ptrdiff_t>(at);
+                const auto left = static_cast<int>(channel.end() - from);
+                block.emplace_back(from, from + std::min(blockLength, left));
+            }
+            const CAudioPort& port = run(block);
+            for (int i = 0; i < port.getChannelCount(); ++i) {
+                const std::vector<double> samples = samplesOf(port, i, block[0].size());
+                auto& whole = out[static_cast<std::size_t>(i)];
+                whole.insert(whole.end(), samples.begin(), samples.end());
+            }
+        }
+        return out;
+    }
+    static std::vector<double> samplesOf(const CAudioPort& port, int channel, std::size_t count)
+    {
+        const double* samples = port.getChannel(channel).buffer.read();
+        return {samples, samples + count};
+    }
+
+    std::optional<CTestResource> document;
+    CAudioEnv* env = nullptr;
+    CAudioParamCollector* collector = nullptr;
+    CAudioBlockPool pool;
+    CAudioProcessContext context;
+    CPtr<CAudioProcessBase> process;
+    CPtr<CAudioProcessBase> outputProcess;
+    CModOutput* sink = nullptr;
+    CAudioLink* mainLink = nullptr;
+    CAudioLink* dryLink = nullptr;
+    CAudioFormat format;
+    std::vector<CAudioBlockRef> sent;
+
+private:
+    static CTestNode paramNode(const CTestParam& param)
+    {
+        return {"audio:param",
+                param.name,
+                {{"converter", "shared::audio.paramcvt.real"},
+                 {"min-values", "-1000"},
+                 {"max-values", "1000"},
+                 {"def-values", std::to_string(param.initial)}},
+                {}};
+    }
+    static CTestNode allocNode(const CTestParam& param, std::size_t index)
+    {
+        return {"audio:param-alloc",
+                "",
+                {{"param-name", param.name},
+                 {"index", std::to_string(index)},
+                 {"use-all-groups", param.useAllGroups ? "true" : "false"}},
+                {}};
+    }
+    void createFrom(CPtr<CAudioProcessBase>& holder, const char* name)
+    {
+        CAudioProcessDefBase* def = nullptr;
+        ASSERT_OK(root->findObjectChecked(def, CString("shared::audio.") + name));
+        ASSERT_OK(createProcess(holder, *def, context, nullptr, CString("plugin.") + name));
+    }
+    void send(CAudioLink& link, const CChannels& channels)
+    {
+        for (std::size_t i = 0; i < channels.size(); ++i) {
+            const int length = static_cast<int>(channels[i].size());
+            CAudioBlockRef block = pool.take(length);
+            std::copy(channels[i].begin(), channels[i].end(), block.write());
+            sent.push_back(block);
+            link.put(static_cast<int>(i), std::move(block), length);
+        }
+    }
+};
+
+} // namespace tsm::test
