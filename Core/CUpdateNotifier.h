@@ -9,6 +9,7 @@
 namespace tsm {
 
 class CUpdateNotifier;
+struct CUpdateBucket;
 
 /// What a notifier sends. Notifiers that have more to tell derive from it.
 struct CUpdateMessage {
@@ -19,7 +20,8 @@ struct CUpdateMessage {
 /// Hears of one kind of change at one notifier at a time.
 ///
 /// A listener may be attached to a notifier that has gone (nothing happens then), and a notifier
-/// may go before its listeners. One thread at a time attaches a given listener.
+/// may go before its listeners. One thread at a time attaches a given listener; another one may end
+/// it while a call makes it leave.
 class CUpdateListener : public CCheckedObject {
 public:
     CUpdateListener() = default;
@@ -45,8 +47,8 @@ private:
 
     void detach();
 
-    // Written under the lock of the notifier's bucket only.
-    std::atomic<CUpdateNotifier*> notifier = nullptr;
+    std::atomic<CUpdateNotifier*> notifier = nullptr; // written under the bucket's lock
+    std::atomic<CUpdateBucket*> bucket = nullptr;     // of the last notifier
     std::uint64_t kind = 0;
     std::uint64_t place = 0; // in the order of joining
 };
@@ -87,11 +89,9 @@ public:
 
 private:
     friend class CUpdateListener;
-    struct CBucket;
-    struct CCall;
     using CListeners = CMap<std::uint64_t, CUpdateListener*>;
 
-    [[nodiscard]] static CBucket& bucketOf(const CUpdateNotifier* notifier);
+    [[nodiscard]] static CUpdateBucket& bucketOf(const CUpdateNotifier* notifier);
     [[nodiscard]] CUpdateListener* nextListener(std::uint64_t kind, std::uint64_t& place,
                                                 std::uint64_t end) const;
     void join(CUpdateListener& listener, std::uint64_t kind);

@@ -83,10 +83,13 @@ protected:
     {
         const CTestNode converters =
             node("core:object", "paramcvt", {}, {node("audio:cvt-real", "real")});
-        const CTestNode audio = node("core:object", "audio", {},
-                                     {converters, std::move(modMain), node("audio:testSink", "sink")});
+        const CTestNode audio =
+            node("core:object", "audio", {},
+                 {converters, std::move(modMain), node("audio:testSink", "sink")});
         document.emplace("GraphTest.xml", CDocumentBytes::of(node("core:object", "", {}, {audio})));
-        start({creatorRow<CObject>("core:object"), creatorRow<CAudioParamDef>("audio:param"),
+        start({creatorRow<CObject>("core:object"), creatorRow<CAudioEnv>("audio:audio-env"),
+               creatorRow<CAudioParamCollector>("audio:param-collector"),
+               creatorRow<CAudioParamDef>("audio:param"),
                creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
                creatorRow<CAudioParamRemapDef>("audio:param-remap"),
                creatorRow<CAudioParamFilterBypassGroupSoloDef>("audio:testFilter"),
@@ -101,8 +104,8 @@ protected:
                creatorRow<CTestFailingDef>("audio:testFailing"),
                creatorRow<CTestSinkDef>("audio:testSink")},
               "GraphTest.xml");
-        env = &make<CAudioEnv>(*root.get(), "core:object-env", "env");
-        collector = &make<CAudioParamCollector>(*root.get(), "core:object-collector", "collector");
+        env = &make<CAudioEnv>(*root.get(), "audio:audio-env", "env");
+        collector = &make<CAudioParamCollector>(*root.get(), "audio:param-collector", "collector");
     }
     /// Makes the running graph.
     void build()
@@ -118,7 +121,6 @@ protected:
     }
     void startGraph(CTestNode modMain)
     {
-        start({}, "");
         load(std::move(modMain));
         build();
     }

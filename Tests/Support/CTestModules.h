@@ -145,10 +145,7 @@ public:
 /// Refuses to start.
 class CTestFailing : public CAudioProcessBase {
 public:
-    CError* init() override
-    {
-        TSM_FAIL("This process can't start.");
-    }
+    CError* init() override { TSM_FAIL("This process can't start."); }
 
 private:
     [[nodiscard]] const CString& errorContext() const { return getPath(); }

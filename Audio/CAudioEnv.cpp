@@ -1,0 +1,10 @@
+#include "Audio/CAudioEnv.h"
+
+namespace tsm {
+
+void CAudioEnv::declareClass(CObjectClassInfo& info)
+{
+    CObject::declareClass(info);
+}
+
+} // namespace tsm

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Audio/CAudioParamFilterDef.h"
+
+namespace tsm {
+
+/// Makes filters of the class CAudioParamFilterBypassOS.
+class CAudioParamFilterBypassOSDef : public CAudioParamFilterDef {
+public:
+    [[nodiscard]] CAudioParamFilter* createFilter() const override;
+    static void declareClass(CObjectClassInfo& info);
+};
+
+} // namespace tsm

@@ -1,0 +1,15 @@
+tsm_add_test(tests_params
+    SOURCES
+        CAudioParamBatchTest.cpp
+        CAudioParamDefTest.cpp
+        CAudioParamFilterTest.cpp
+        CAudioParamRealtimeTest.cpp
+        CAudioParamStorageTest.cpp
+        CAudioParamTest.cpp
+        CAudioParamThreadsTest.cpp
+        CParamNameTest.cpp
+        ProductParamsTest.cpp
+        Converters/CAudioParamConverterTest.cpp
+        Converters/ConverterDefinitionTest.cpp
+        ../Support/SystemAllocations.cpp
+    LIBS tsm_params tsm_resources Threads::Threads)
