@@ -60,10 +60,13 @@ void CAudioGraph::apply(const CArray<CWantedLink>& wanted)
     for (const CWantedLink& link : wanted) {
         if (link.dest->isWiring)
             continue;
-        if (link.source && link.source->isWiring)
+        if (link.source && link.source->isWiring) {
+            for (CAudioGraphNode& node : nodes)
+                node.isVisited = false;
             connectThrough(*link.source, *link.dest, link.destPort);
-        else
+        } else {
             addConnection(*link.dest, link.source, link.sourcePort, link.destPort);
+        }
     }
     findReachable();
     for (CAudioGraphNode& node : nodes)
@@ -87,7 +90,7 @@ void CAudioGraph::addConnection(CAudioGraphNode& dest, CAudioGraphNode* source, 
 void CAudioGraph::connectThrough(CAudioGraphNode& wiring, CAudioGraphNode& dest, int destPort)
 {
     if (wiring.isVisited)
-        return; // wiring nodes in a ring bring nothing new
+        return; // a node that is met again, in a ring or by another way, brings nothing new
     wiring.isVisited = true;
     for (const CAudioGraphConnection& connection : wiring.inputs) {
         if (connection.count == 0)
@@ -97,7 +100,6 @@ void CAudioGraph::connectThrough(CAudioGraphNode& wiring, CAudioGraphNode& dest,
         else
             addConnection(dest, connection.source, connection.sourcePort, destPort);
     }
-    wiring.isVisited = false;
 }
 
 void CAudioGraph::findReachable()

@@ -37,7 +37,7 @@ struct CAudioGraphNode : CTsmMemAllocator {
 /// Children in document order form a chain where the definition wants it; explicit links come
 /// beside it. A link through a wiring node becomes links from the node's sources. What no path of
 /// port-0 links connects to the enclosing input has no links at all.
-class CAudioGraph : public CCheckedObject {
+class CAudioGraph : public CCheckedObject, public CTsmMemAllocator {
 public:
     /// Takes the children of a definition as nodes.
     explicit CAudioGraph(const CAudioProcessDef& definition);

@@ -28,32 +28,79 @@ void CAudioLink::clear() noexcept
         block.reset();
 }
 
+CAudioBlockRef CAudioLink::takeInTime(int index, CAudioBlockPool& pool, int length,
+                                      bool isFilledByInput)
+{
+    CAudioBlockRef block = take(index);
+    // A block of another length comes from a part of the graph that runs at another rate.
+    if (!block || blockLength != length)
+        return {};
+    CLinkDelay& slot = delays[index];
+    slot.hasPassed = true;
+    slot.channel = format.channels[index].channel;
+    if (!slot.delay)
+        return block;
+
+    CDSPModDelay& delay = *slot.delay;
+    if (delay.isFresh())
+        delay.setFillValue(isFilledByInput ? block.read()[0] : 0.0);
+    if (block.isSole()) {
+        double* samples = block.write();
+        delay.process(samples, samples, length);
+    } else {
+        CAudioBlockRef out = pool.take(length);
+        delay.process(block.read(), out.write(), length);
+        block = std::move(out);
+    }
+    if (delay.getDelay() == 0 && !delay.isFading())
+        slot.delay.reset(); // faded out
+    return block;
+}
+
 void CAudioLink::fitDelays(CAudioBlockPool& pool, int inputLatency)
 {
-    int used = 0;
+    if (delayRate != format.sampleRate)
+        for (CLinkDelay& slot : delays)
+            slot = CLinkDelay();
+    delayRate = format.sampleRate;
     for (int i = 0; i < kMaxPortChannels; ++i) {
-        channelDelays[i] = nullptr;
-        if (i >= format.channelCount || format.channels[i].latency >= inputLatency)
+        CLinkDelay& slot = delays[i];
+        if (i >= format.channelCount || slot.channel != format.channels[i].channel)
+            slot = CLinkDelay();
+        if (i >= format.channelCount)
             continue;
-        CLinkDelay& slot = delays[used++];
-        if (!slot.delay)
-            slot.delay.reset(new CDSPModDelay(pool, kDelayBlockSize));
-        else if (slot.channel != format.channels[i].channel)
-            slot.delay->reset();
         slot.channel = format.channels[i].channel;
-        slot.delay->setFadeLength(roundToInt(format.sampleRate * kDelayFadeSeconds));
-        slot.delay->setDelay(inputLatency - format.channels[i].latency);
-        channelDelays[i] = slot.delay.get();
+        fitDelay(pool, i, inputLatency - format.channels[i].latency);
     }
-    for (; used < kMaxPortChannels; ++used)
-        delays[used].delay.reset();
+}
+
+void CAudioLink::fitDelay(CAudioBlockPool& pool, int index, int wanted)
+{
+    CLinkDelay& slot = delays[index];
+    const bool isNew = !slot.delay;
+    if (isNew && wanted == 0)
+        return;
+    if (isNew)
+        slot.delay.reset(new CDSPModDelay(pool, kDelayBlockSize));
+    slot.delay->setFadeLength(roundToInt(format.sampleRate * kDelayFadeSeconds));
+    if (isNew && slot.hasPassed)
+        slot.delay->joinSignal(wanted);
+    else
+        slot.delay->setDelay(wanted);
+    if (wanted == 0 && slot.delay->isFresh())
+        slot.delay.reset();
 }
 
 void CAudioLink::resetDelays()
 {
-    for (CLinkDelay& slot : delays)
+    clear();
+    for (CLinkDelay& slot : delays) {
+        slot.hasPassed = false;
         if (slot.delay)
             slot.delay->reset();
+        if (slot.delay && slot.delay->getDelay() == 0)
+            slot.delay.reset();
+    }
 }
 
 } // namespace tsm

@@ -33,6 +33,10 @@ public:
     }
     /// Takes the block out; empty when none has come.
     [[nodiscard]] CAudioBlockRef take(int index) noexcept { return std::move(blocks[index]); }
+    /// Takes the block out behind its delay, `length` samples; empty when none has come. With
+    /// `isFilledByInput` a delay starts filled with its first sample.
+    [[nodiscard]] CAudioBlockRef takeInTime(int index, CAudioBlockPool& pool, int length,
+                                            bool isFilledByInput);
     [[nodiscard]] int getBlockLength() const noexcept { return blockLength; }
     /// Drops blocks that nobody has taken.
     void clear() noexcept;
@@ -42,25 +46,31 @@ public:
     [[nodiscard]] CAudioPort& getDestination() const noexcept { return destination; }
 
     /// The delay that keeps the channel at `index` in time with the others; null for none.
-    [[nodiscard]] CDSPModDelay* getDelay(int index) const noexcept { return channelDelays[index]; }
-    /// Brings the delays up to date: `inputLatency` less each channel's own, at `sampleRate`.
+    [[nodiscard]] CDSPModDelay* getDelay(int index) const noexcept
+    {
+        return delays[index].delay.get();
+    }
+    /// Brings the delays up to date: `inputLatency` less each channel's own. A channel whose signal
+    /// is running gets, changes and loses its delay by a crossfade, and never by a jump.
     void fitDelays(CAudioBlockPool& pool, int inputLatency);
     void resetDelays();
 
 private:
     struct CLinkDelay {
         CPtr<CDSPModDelay> delay;
-        std::uint32_t channel = 0; // which one it has served so far
+        std::uint32_t channel = 0; // which one has passed here so far
+        bool hasPassed = false;    // since the beginning or the last reset
     };
 
+    void fitDelay(CAudioBlockPool& pool, int index, int wanted);
     CAudioProcessBase* source;
     int sourcePort;
     CAudioPort& destination;
     CAudioFormat format;
     CAudioBlockRef blocks[kMaxPortChannels];
     int blockLength = 0;
-    CLinkDelay delays[kMaxPortChannels]; // reused by position among the delayed channels
-    CDSPModDelay* channelDelays[kMaxPortChannels] = {};
+    CLinkDelay delays[kMaxPortChannels]; // by position of the channel
+    double delayRate = 0.0;              // what the delays hold has this rate
 };
 
 } // namespace tsm

@@ -7,25 +7,42 @@ namespace {
 
 constexpr int kMaxTerms = 4;
 
-/// out = a + b, + c, + d in this order, whatever the compiler does.
-void addTerms(const double* const* terms, int termCount, double* __restrict out, int length)
+struct CAdd {
+    double operator()(double a, double b) const { return a + b; }
+};
+
+struct CLarger {
+    double operator()(double a, double b) const { return a > b ? a : b; }
+};
+
+/// out = ((a + b) + c) + d, in this order; `Count` terms.
+template <int Count, class Operation>
+void foldTerms(const double* const* terms, double* __restrict out, int length)
 {
+    const double* const a = terms[0];
+    const double* const b = terms[1];
+    const double* const c = terms[Count > 2 ? 2 : 0];
+    const double* const d = terms[Count > 3 ? 3 : 0];
+    const Operation join;
     for (int i = 0; i < length; ++i) {
-        double sum = terms[0][i];
-        for (int k = 1; k < termCount; ++k)
-            sum += terms[k][i];
-        out[i] = sum;
+        double result = join(a[i], b[i]);
+        if constexpr (Count > 2)
+            result = join(result, c[i]);
+        if constexpr (Count > 3)
+            result = join(result, d[i]);
+        out[i] = result;
     }
 }
 
-void takeMaximum(const double* const* terms, int termCount, double* __restrict out, int length)
+template <class Operation>
+void foldTerms(const double* const* terms, int termCount, double* out, int length)
 {
-    for (int i = 0; i < length; ++i) {
-        double most = terms[0][i];
-        for (int k = 1; k < termCount; ++k)
-            most = std::max(most, terms[k][i]);
-        out[i] = most;
-    }
+    if (termCount == 2)
+        foldTerms<2, Operation>(terms, out, length);
+    else if (termCount == 3)
+        foldTerms<3, Operation>(terms, out, length);
+    else
+        foldTerms<4, Operation>(terms, out, length);
 }
 
 } // namespace
@@ -124,7 +141,8 @@ void CAudioPort::pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool
     for (int i = 0; i < channelCount; ++i) {
         CPortChannel& channel = channels[i];
         if (channel.sources.getCount() == 1)
-            channel.result.buffer = fetch(channel.sources[0], pool, length, isFilledByInput);
+            channel.result.buffer = channel.sources[0].link->takeInTime(
+                channel.sources[0].index, pool, length, isFilledByInput);
         else
             channel.result.buffer = combine(channel, pool, length, combo, isFilledByInput);
         if (!channel.result.buffer)
@@ -144,25 +162,6 @@ void CAudioPort::resetDelays()
         link.resetDelays();
 }
 
-CAudioBlockRef CAudioPort::fetch(const CSource& source, CAudioBlockPool& pool, int length,
-                                 bool isFilledByInput)
-{
-    CAudioBlockRef block = source.link->take(source.index);
-    CDSPModDelay* delay = source.link->getDelay(source.index);
-    if (!block || !delay)
-        return block;
-    if (delay->isFresh())
-        delay->setFillValue(isFilledByInput ? block.read()[0] : 0.0);
-    CAudioBlockRef out = block.isSole() ? block : CAudioBlockRef();
-    const double* in = block.read();
-    if (out)
-        block.reset(); // leaves `out` the one holder; the samples stay
-    else
-        out = pool.take(length);
-    delay->process(in, out.write(), length);
-    return out;
-}
-
 CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool& pool, int length,
                                    EInputCombo combo, bool isFilledByInput)
 {
@@ -172,8 +171,10 @@ CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool&
     int sourceCount = 0;
     const auto fold = [&] {
         CAudioBlockRef result = pool.take(length);
-        (combo == EInputCombo::Maximum ? takeMaximum : addTerms)(terms, termCount, result.write(),
-                                                                 length);
+        if (combo == EInputCombo::Maximum)
+            foldTerms<CLarger>(terms, termCount, result.write(), length);
+        else
+            foldTerms<CAdd>(terms, termCount, result.write(), length);
         for (CAudioBlockRef& block : held)
             block.reset();
         terms[0] = result.read();
@@ -181,7 +182,7 @@ CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool&
         termCount = 1;
     };
     for (const CSource& source : channel.sources) {
-        CAudioBlockRef block = fetch(source, pool, length, isFilledByInput);
+        CAudioBlockRef block = source.link->takeInTime(source.index, pool, length, isFilledByInput);
         if (!block)
             continue;
         ++sourceCount;

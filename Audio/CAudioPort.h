@@ -58,8 +58,6 @@ private:
     };
 
     [[nodiscard]] CPortChannel& channelOf(const CAudioChannelFormat& format);
-    [[nodiscard]] static CAudioBlockRef fetch(const CSource& source, CAudioBlockPool& pool,
-                                              int length, bool isFilledByInput);
     [[nodiscard]] static CAudioBlockRef combine(const CPortChannel& channel, CAudioBlockPool& pool,
                                                 int length, EInputCombo combo,
                                                 bool isFilledByInput);

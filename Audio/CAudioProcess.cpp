@@ -192,8 +192,7 @@ void CAudioProcess::orderSequence()
 
 void CAudioProcess::process()
 {
-    if (!pullAndDistribute())
-        return;
+    pullAndDistribute();
     for (CAudioProcessBase* child : sequence)
         child->process();
     collectOutputs();

@@ -80,16 +80,32 @@ CAudioParam& CAudioProcessBase::findParamByFullName(const CString& fullName)
     CAudioParam& param = context.collector->findOrCreate(fullName);
     if (param.getInfo())
         return param;
+    if (const CAudioParamDef* def = findParamDef(fullName))
+        param.attachInfo(def->getInfo());
+    return param;
+}
+
+const CAudioParamDef* CAudioProcessBase::findParamDef(const CString& fullName) const
+{
+    // An instance may stand at another path than its definition, so the definitions are asked that
+    // are at work from here up.
+    for (const CAudioProcessBase* process = this; process; process = process->parent)
+        for (const auto& entry : process->definition->getParamDefs())
+            if (resolveName(entry.relativeName, process->ownerPath) == fullName)
+                return entry.def;
     // Definitions stand in the shared tree below "audio" where instances stand below their root.
     const int dot = fullName.find('.');
     if (dot < 0)
-        return param;
+        return nullptr;
     const CObject& shared = *definition;
     CObject* found =
         const_cast<CObject&>(shared).findObject(CString("shared::audio") + fullName.substring(dot));
-    if (const auto* def = dynamic_cast<const CAudioParamDef*>(found))
-        param.attachInfo(def->getInfo());
-    return param;
+    return dynamic_cast<const CAudioParamDef*>(found);
+}
+
+EInputCombo CAudioProcessBase::getInputCombo() const
+{
+    return definition->getInputCombo();
 }
 
 // Links
@@ -169,8 +185,10 @@ void CAudioProcessBase::releaseInputs() noexcept
 
 void CAudioProcessBase::reset()
 {
-    for (CAudioPort& port : ports)
+    for (CAudioPort& port : ports) {
+        port.release();
         port.resetDelays();
+    }
 }
 
 // A sub-block
@@ -190,8 +208,7 @@ bool CAudioProcessBase::pull()
     if (blockLength == 0)
         return false;
     for (CAudioPort& port : ports)
-        port.pull(getPool(), blockLength, definition->getInputCombo(),
-                  definition->getIsCompInput());
+        port.pull(getPool(), blockLength, getInputCombo(), definition->getIsCompInput());
     return true;
 }
 

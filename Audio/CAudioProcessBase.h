@@ -9,6 +9,7 @@
 namespace tsm {
 
 class CAudioParam;
+class CAudioParamDef;
 class CAudioProcessDefBase;
 struct CAudioParamSubscription;
 
@@ -27,7 +28,7 @@ public:
 
     /// After the process has its definition, path and parent. Errors: the definition can't run.
     [[nodiscard]] virtual CError* init();
-    /// Drops all signal state; the graph and the parameters stay.
+    /// Drops all signal state, blocks on their way included; the graph and the parameters stay.
     virtual void reset();
     /// Formats (`getInputsChanged`) or parameters have changed.
     virtual void update() {}
@@ -77,8 +78,8 @@ public:
     /// The full name of the parameter that this process calls `name`: below its path, sent on by
     /// the remap tables from here up to the root.
     [[nodiscard]] CString paramName(const CString& name) const;
-    /// The parameter of that name, made when it is new: from the definition at the same path in the
-    /// shared tree where there is one, else without a description.
+    /// The parameter of that name, made when it is new: described by the definition of this process
+    /// or of one above it, by what stands at the same path in the shared tree, or not at all.
     [[nodiscard]] CAudioParam& findParam(const CString& name);
     /// The same through resolveName, for names with "^" and "/".
     [[nodiscard]] CAudioParam& findParamByFullName(const CString& fullName);
@@ -91,6 +92,8 @@ protected:
     [[nodiscard]] virtual bool needsUpdates() const { return false; }
     /// Called around `update` to mark or unmark all parameters.
     virtual void setAllParamsDirty(bool) {}
+    /// How several sources of one input channel become one.
+    [[nodiscard]] virtual EInputCombo getInputCombo() const;
 
     /// Publishes the output format on all links of an output port.
     void publish(const CAudioFormat& format, int sourcePort = 0);
@@ -107,7 +110,7 @@ protected:
 private:
     [[nodiscard]] bool rebuildInputs();
     void runUpdate(bool isFormatChange);
-    void registerParam(const CString& relativeName, const CObject& def);
+    [[nodiscard]] const CAudioParamDef* findParamDef(const CString& fullName) const;
 
     CString ownerPath;
     const CAudioProcessDefBase* definition = nullptr;

@@ -15,6 +15,13 @@ bool isNear(double value, double wanted)
     return std::abs(value - wanted) <= kTolerance;
 }
 
+/// Leaves `number` alone where the attribute is missing, empty or no number.
+void readNumber(const CAttrValue* value, double& number)
+{
+    if (value && value->getType() != EAttrType::None)
+        (void)value->toDouble(number);
+}
+
 } // namespace
 
 CError* CAudioProcessBypassStateDef::init()
@@ -27,10 +34,8 @@ CError* CAudioProcessBypassStateDef::init()
         TSM_FAIL("@tsmstr_CAudioProcessBypassStateDef_init_InvalidParam "
                  "Invalid parameter name specified.");
     andParam = getAttrString("and-param");
-    if (const CAttrValue* value = getAttr("value"))
-        (void)value->toDouble(wanted);
-    if (const CAttrValue* value = getAttr("and-value"))
-        (void)value->toDouble(andWanted);
+    readNumber(getAttr("value"), wanted);
+    readNumber(getAttr("and-value"), andWanted);
     const CString& rangeText = getAttrString("range");
     if (!rangeText.isEmpty() && !range.parse(rangeText))
         TSM_FAIL("@tsmstr_CAudioProcessBypassStateDef_init_InvalidRange "

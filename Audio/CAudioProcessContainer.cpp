@@ -90,14 +90,13 @@ void CAudioProcessContainer::publishInput(const CInnerLink& inner)
     inner.link->publish(format);
 }
 
-bool CAudioProcessContainer::pullAndDistribute()
+void CAudioProcessContainer::pullAndDistribute()
 {
     if (!pull())
-        return false;
+        return;
     for (const CInnerLink& inner : innerLinks)
         distribute(inner);
     releaseInputs();
-    return true;
 }
 
 void CAudioProcessContainer::distribute(const CInnerLink& inner)

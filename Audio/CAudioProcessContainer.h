@@ -22,6 +22,10 @@ protected:
         void process() override;
         void publishPort(CAudioPort& port);
 
+    protected:
+        /// The mode of the container's definition is for its inputs.
+        [[nodiscard]] EInputCombo getInputCombo() const override { return EInputCombo::Sum; }
+
     private:
         CAudioProcessContainer& owner;
     };
@@ -37,8 +41,9 @@ protected:
     [[nodiscard]] COutlet& getOutlet();
     /// Publishes the inputs' format on all inner links.
     void publishInputs();
-    /// Takes the inputs and hands them to the inner links. False when none have arrived.
-    bool pullAndDistribute();
+    /// Takes the inputs and hands them to the inner links. The children run in any case: without
+    /// channels there are no samples, but the children and their readers have to hear of it.
+    void pullAndDistribute();
     /// Has the outlet hand on what the children have made.
     void collectOutputs() { getOutlet().process(); }
 

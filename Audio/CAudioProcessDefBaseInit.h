@@ -19,7 +19,7 @@ public:
         CString relativeName; // ".name" or ".scope.name"
     };
 
-    /// Errors: two slots of one index.
+    /// Collects the children; of two slots with one index the later counts.
     [[nodiscard]] CError* initChilds() override;
     static void declareClass(CObjectClassInfo& info) { CObject::declareClass(info); }
 

@@ -1,6 +1,7 @@
 #include "Audio/CAudioProcessStack.h"
 
 #include "Audio/CAudioParam.h"
+#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CParamName.h"
 #include "Core/CText.h"
@@ -10,67 +11,74 @@
 namespace tsm {
 namespace {
 
-constexpr int kMaxGroups = 32;
 constexpr int kMaxSeries = 32;
 
 } // namespace
 
 CAudioProcessStack::~CAudioProcessStack()
 {
+    if (seriesParam)
+        seriesParam->param->unsubscribe(seriesParam);
     CAudioProcessContainer::detach();
 }
 
-std::uint32_t CAudioProcessStack::findGroups() const
+CError* CAudioProcessStack::init()
+{
+    TSM_TRY(CAudioProcessContainer::init());
+    const CString& name = getDefinition().getStackParam();
+    if (!name.isEmpty())
+        seriesParam = findParamByFullName(resolveName(name, getPath()))
+                          .subscribe(&dirtyGroups, getParamsChangedFlag());
+    return nullptr;
+}
+
+std::uint32_t CAudioProcessStack::findGroups()
 {
     std::uint32_t mask = 0;
-    const CAudioPort& port = *findPort(0);
-    for (int i = 0; i < port.getChannelCount(); ++i)
-        if (port.getChannel(i).group < kMaxGroups)
-            mask |= 1u << port.getChannel(i).group;
+    for (const CAudioPort& port : getPorts())
+        for (int i = 0; i < port.getChannelCount(); ++i)
+            if (port.getChannel(i).group < kMaxParamGroups)
+                mask |= 1u << port.getChannel(i).group;
     return mask;
 }
 
 void CAudioProcessStack::update()
 {
-    if (!getInputsChanged())
-        return;
     const std::uint32_t mask = findGroups();
     for (int i = elements.getCount() - 1; i >= 0; --i)
-        if (!(mask >> elements[i].group & 1u))
+        if (!isWanted(elements[i], mask))
             removeElement(i);
-    for (int group = 0; group < kMaxGroups; ++group)
+    for (int group = 0; group < kMaxParamGroups; ++group)
         if (mask >> group & 1u && !findElement(group))
             addElement(group);
-    publishInputs();
+    for (CElement& element : elements)
+        linkInputs(element);
+    if (getInputsChanged())
+        publishInputs();
 }
 
-int CAudioProcessStack::seriesLength(int group)
+bool CAudioProcessStack::isWanted(const CElement& element, std::uint32_t groups) const
 {
-    const CString& name = getDefinition().getStackParam();
-    if (name.isEmpty())
-        return 1;
-    CAudioParam& param = findParamByFullName(resolveName(name, getPath()));
-    return std::clamp(roundToInt(param.getProcessValues().value(group, 0, 1.0)), 1, kMaxSeries);
+    return (groups >> element.group & 1u) &&
+           element.series.getCount() == seriesLength(element.group);
 }
 
+int CAudioProcessStack::seriesLength(int group) const
+{
+    if (!seriesParam)
+        return 1;
+    return std::clamp(roundToInt(seriesParam->values->value(group, 0, 1.0)), 1, kMaxSeries);
+}
+
+/// A group whose element can't be made stays without one, and without a signal.
 void CAudioProcessStack::addElement(int group)
 {
     CPtr<CElement> element(new CElement);
     element->group = group;
-    const int length = seriesLength(group);
-    for (int i = 0; i < length; ++i) {
-        CPtr<CAudioProcessBase> process;
-        CError* error = createProcess(process, getDefinition(), getContext(), this, getPath(),
-                                      {group, i, true});
-        if (error) {
-            handleError(error); // the group stays without its element
-            return;
-        }
-        if (i > 0)
-            connect(&element->series.last(), 0, *process, 0);
-        element->series.add(process.release());
+    if (CError* error = fillSeries(*element)) {
+        handleError(error);
+        return;
     }
-    connectInput(0, element->series[0], 0, group);
     connectOutput(element->series.last(), 0, 0);
     int at = 0;
     while (at < elements.getCount() && elements[at].group < group)
@@ -78,11 +86,38 @@ void CAudioProcessStack::addElement(int group)
     elements.insert(at, element.release());
 }
 
+CError* CAudioProcessStack::fillSeries(CElement& element)
+{
+    const int length = seriesLength(element.group);
+    for (int i = 0; i < length; ++i) {
+        CPtr<CAudioProcessBase> process;
+        const CAudioProcessPlace place{element.group, i, true};
+        const auto errorContext = [this] { return getDefinition().getFullName(); };
+        TSM_TRY(createProcess(process, getDefinition(), getContext(), this, getPath(), place));
+        if (i > 0)
+            connect(&element.series.last(), 0, *process, 0);
+        element.series.add(process.release());
+    }
+    return nullptr;
+}
+
+/// Each input port leads to the same port of the first instance; ports may come later than it.
+void CAudioProcessStack::linkInputs(CElement& element)
+{
+    CAudioProcessBase& first = element.series[0];
+    for (const CAudioPort& port : getPorts())
+        if (first.getPort(port.getIndex()).getLinks().isEmpty())
+            connectInput(port.getIndex(), first, port.getIndex(), element.group);
+}
+
 void CAudioProcessStack::removeElement(int index)
 {
-    const CAudioPort& input = *elements[index].series[0].findPort(0);
-    disconnectInput(input.getLinks()[0]);
-    for (CAudioProcessBase& process : elements[index].series)
+    CElement& element = elements[index];
+    for (const CAudioPort& port : getPorts())
+        if (const CAudioPort* input = element.series[0].findPort(port.getIndex()))
+            while (!input->getLinks().isEmpty())
+                disconnectInput(input->getLinks().last());
+    for (CAudioProcessBase& process : element.series)
         process.detach();
     elements.remove(index);
 }
@@ -97,8 +132,7 @@ CAudioProcessBase* CAudioProcessStack::findElement(int group) const
 
 void CAudioProcessStack::process()
 {
-    if (!pullAndDistribute())
-        return;
+    pullAndDistribute();
     for (CElement& element : elements)
         for (CAudioProcessBase& process : element.series)
             process.process();

@@ -11,6 +11,7 @@ class CAudioProcessStack : public CAudioProcessContainer {
 public:
     ~CAudioProcessStack() override;
 
+    [[nodiscard]] CError* init() override;
     void update() override;
     void process() override;
 
@@ -21,6 +22,7 @@ public:
 
 protected:
     void listChildren(CArray<CAudioProcessBase*>& children) override;
+    void setAllParamsDirty(bool isDirty) override { dirtyGroups = isDirty ? ~0u : 0u; }
 
 private:
     struct CElement : CTsmMemAllocator {
@@ -28,12 +30,17 @@ private:
         COwnedArray<CAudioProcessBase> series;
     };
 
-    [[nodiscard]] std::uint32_t findGroups() const;
-    [[nodiscard]] int seriesLength(int group);
+    [[nodiscard]] std::uint32_t findGroups();
+    [[nodiscard]] int seriesLength(int group) const;
+    [[nodiscard]] bool isWanted(const CElement& element, std::uint32_t groups) const;
     void removeElement(int index);
     void addElement(int group);
+    void linkInputs(CElement& element);
+    [[nodiscard]] CError* fillSeries(CElement& element);
 
-    COwnedArray<CElement> elements; // by group
+    COwnedArray<CElement> elements;                 // by group
+    CAudioParamSubscription* seriesParam = nullptr; // null: one instance a group
+    std::uint32_t dirtyGroups = 0;
 };
 
 } // namespace tsm

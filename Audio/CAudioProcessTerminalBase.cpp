@@ -6,6 +6,7 @@
 #include "Core/CText.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -43,8 +44,9 @@ CError* CAudioProcessTerminalBase::makeSlots()
     for (const auto& entry : getDefinition().getAllocs()) {
         const CAudioParamAllocDef& alloc = *entry.value;
         while (slots.getCount() <= alloc.getIndex())
-            slots.create().index = slots.getCount() - 1;
+            slots.create();
         CSlot& slot = slots[alloc.getIndex()];
+        slot.index = alloc.getIndex();
         slot.isSmooth = alloc.getIsSmoothUpdate();
         slot.useAllGroups = alloc.getUseAllGroups();
         slot.param = &findParam(alloc.getParamName());
@@ -79,10 +81,15 @@ void CAudioProcessTerminalBase::update()
 void CAudioProcessTerminalBase::reset()
 {
     CAudioProcessBase::reset();
-    endFades();
-    for (CRecord& record : records)
+    for (CRecord& record : records) {
         record.current->reset();
+        // The change that waits for the end of the fade must not go with it.
+        if (record.isChangePending)
+            runUpdate(*record.current);
+    }
+    endFades();
     rebuildActive();
+    publishOutputs();
 }
 
 // Channels
@@ -168,11 +175,13 @@ CPtr<CAudioModule> CAudioProcessTerminalBase::takeModule()
     return module;
 }
 
-/// Keeps a module for the next switch, so that a stream of changes allocates nothing.
+/// Keeps a module for the next switch, so that a stream of changes allocates nothing. It must not
+/// bring its old signal along.
 void CAudioProcessTerminalBase::retire(CPtr<CAudioModule>& module)
 {
     if (!module)
         return;
+    module->reset();
     for (CAudioModuleOutput& output : module->outputs)
         output.buffer.reset();
     freeModules.add(module.release());
@@ -198,6 +207,7 @@ bool CAudioProcessTerminalBase::markDirty(CAudioModule& module, const CSlot& slo
 {
     const bool isSingleGroup = slot.param->getProcessValues().getShape().isSingleGroup;
     const int group = isSingleGroup ? 0 : module.groupIndex;
+    assert(group >= 0 && group < kMaxParamGroups);
     const bool isConcerned = slot.useAllGroups || (slot.dirtyGroups >> group & 1u);
     if (!isConcerned)
         return false;
@@ -384,7 +394,12 @@ void CAudioProcessTerminalBase::mixChannel(CRecord& record, int channel)
     const CAudioBlockRef former = std::exchange(record.previous->outputs[channel].buffer, {});
     const int length = getBlockLength();
     const int waitEnd = std::min(record.waitSamples, length);
-    const int fadeEnd = std::min(waitEnd + record.fadeSamples, length);
+    const int fadeEnd = waitEnd + std::min(record.fadeSamples, length - waitEnd);
+    if (waitEnd == length)
+        fresh = former;
+    // Modules that put nothing out have nothing to fade.
+    if (waitEnd == length || fadeEnd == 0 || !fresh || !former)
+        return;
     CAudioBlockRef mixed = getPool().take(length);
     const double* newSamples = fresh.read();
     const double* oldSamples = former.read();

@@ -15,6 +15,11 @@ void CDSPModDelay::setFadeLength(int samples) noexcept
 void CDSPModDelay::setDelay(int samples)
 {
     assert(samples >= 0);
+    samples = std::min(samples, kMaxDelay);
+    if (joinSteps > 0) {
+        joinLater(samples);
+        return;
+    }
     if (fadeSteps > 0) {
         pendingDelay = samples == delay ? -1 : samples;
         return;
@@ -26,6 +31,21 @@ void CDSPModDelay::setDelay(int samples)
         return;
     }
     delay = oldDelay = samples;
+}
+
+void CDSPModDelay::joinSignal(int samples) noexcept
+{
+    assert(!hasSignal && delay == 0);
+    hasSignal = true;
+    joined = 0;
+    joinLater(std::min(samples, kMaxDelay));
+}
+
+void CDSPModDelay::joinLater(int samples) noexcept
+{
+    pendingDelay = samples > 0 ? samples : -1;
+    // At least one more, whose end starts the fade.
+    joinSteps = samples > 0 ? std::max(samples - joined, 1) : 0;
 }
 
 void CDSPModDelay::startFade(int samples)
@@ -54,7 +74,7 @@ void CDSPModDelay::reset()
         delay = pendingDelay;
     pendingDelay = -1;
     oldDelay = delay;
-    fadeSteps = 0;
+    fadeSteps = joinSteps = 0;
     hasSignal = false;
     writePosition = 0;
 }
@@ -69,8 +89,16 @@ void CDSPModDelay::process(const double* in, double* out, int count)
         slice = sliceAt(back(delay), slice);
         if (fadeSteps > 0)
             slice = std::min(sliceAt(back(oldDelay), slice), fadeSteps);
+        if (joinSteps > 0)
+            slice = std::min(slice, joinSteps);
         processSlice(in + done, out + done, slice);
         done += slice;
+        if (joinSteps > 0) {
+            joined += slice;
+            joinSteps -= slice;
+            if (joinSteps == 0)
+                startFade(pendingDelay);
+        }
     }
 }
 
@@ -129,7 +157,9 @@ int CDSPModDelay::sliceAt(int position, int wanted) const noexcept
 /// share its block in a full ring, move to one of their own or back.
 void CDSPModDelay::fitRing()
 {
-    const int needed = (std::max(delay, oldDelay) + size + kMaxSlice - 1) / size;
+    // A joined signal is kept from its beginning.
+    const int longest = std::max({delay, oldDelay, joinSteps > 0 ? pendingDelay : 0});
+    const int needed = (longest + size + kMaxSlice - 1) / size;
     const int former = ring.getCount();
     if (needed == former)
         return;

@@ -22,14 +22,18 @@ public:
     void setFadeLength(int samples) noexcept;
     /// What the line gives before its input has come through. To be set before the first sample.
     void setFillValue(double value) noexcept { fillValue = value; }
-    /// Asks for a delay in samples (0 or more). It is taken at once when no signal has passed yet,
-    /// else by a crossfade. During one it waits for the end, where a later one replaces it; one
-    /// equal to that being faded to cancels what waits.
+    /// Asks for a delay in samples, 0 to kMaxDelay, which longer ones become. It is taken at once
+    /// when no signal has passed yet, else by a crossfade. During one it waits for the end, where a
+    /// later one replaces it; one equal to that being faded to cancels what waits.
     void setDelay(int samples);
     [[nodiscard]] int getDelay() const noexcept { return delay; }
-    [[nodiscard]] bool isFading() const noexcept { return fadeSteps > 0; }
+    /// True until the last change of length has come to its end.
+    [[nodiscard]] bool isFading() const noexcept { return fadeSteps > 0 || joinSteps > 0; }
     /// True until a sample has passed since the beginning or the last reset.
     [[nodiscard]] bool isFresh() const noexcept { return !hasSignal; }
+    /// Takes up, with a fresh line, a signal that has been running without it: it passes undelayed
+    /// until the line holds `samples` of it (above 0), and is crossfaded to that delay then.
+    void joinSignal(int samples) noexcept;
     /// Drops the content, ends a crossfade at its target, and starts anew.
     void reset();
     /// Delays `count` samples; `in` and `out` may be the same.
@@ -37,7 +41,10 @@ public:
 
 private:
     static constexpr int kMaxSlice = 256;
+    // Keeps all positions within an int, beyond any latency that could be of use.
+    static constexpr int kMaxDelay = 1 << 26;
 
+    void joinLater(int samples) noexcept;
     void startFade(int samples);
     void endFade();
     void fitRing();
@@ -56,6 +63,8 @@ private:
     int oldDelay = 0;
     int pendingDelay = -1;
     int fadeSteps = 0;
+    int joinSteps = 0; // until the line holds what `pendingDelay` needs
+    int joined = 0;    // samples of the joined signal that it holds
     // The raised cosine by recursion: next = factor * value - previous.
     double fadeValue = 0.0;
     double fadePrevious = 0.0;

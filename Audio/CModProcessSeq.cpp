@@ -56,8 +56,7 @@ void CModProcessSeq::removeProcess(int index)
 
 void CModProcessSeq::process()
 {
-    if (!pullAndDistribute())
-        return;
+    pullAndDistribute();
     for (CAudioProcessBase& child : chain)
         child.process();
     collectOutputs();

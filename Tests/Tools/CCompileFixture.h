@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Tests/Tools/CPlainNode.h"
 #include "Tests/Support/CScratchFolder.h"
+#include "Tests/Tools/CPlainNode.h"
 #include "Tools/defc/CDefCompiler.h"
 
 #include <string>

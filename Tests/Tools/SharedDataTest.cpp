@@ -1,5 +1,5 @@
-#include "Tests/Tools/CPlainNode.h"
 #include "Tests/Support/CScratchFolder.h"
+#include "Tests/Tools/CPlainNode.h"
 #include "Tools/defc/CDefCompiler.h"
 
 #include <algorithm>

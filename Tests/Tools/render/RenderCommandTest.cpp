@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <regex>
 #include <thread>
 
 namespace tsm {
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 
 class RenderCommand : public testing::Test {
 protected:
@@ -127,7 +128,7 @@ TEST_F(RenderCommand, ListsEveryParameterOfTheProduct)
           R"(meter-releasetime +Meter release time +0\.00 to 5000 +750 +ms +750)",
           R"(instance-name +Instance name +Bus)",
           R"(io-params\.out-routing +Out routing +0 to 16 +1,2,0,0,0,0,0,0 +1,2,0,0,0,0,0,0)"})
-        EXPECT_TRUE(std::regex_search(result.out, std::regex(row))) << row << "\n" << result.out;
+        EXPECT_THAT(result.out, ContainsRegex(row));
 }
 
 TEST_F(RenderCommand, ReportsAsJson)
@@ -143,14 +144,13 @@ TEST_F(RenderCommand, ReportsAsJson)
           R"("tail": 19200,)", R"("block": 512,)", R"("seconds": 0.1)", R"("inputPeak": 0.5,)",
           R"("outputPeak": 0.5,)", R"("bypass-enable": "On")", R"("instance-name": "a\"b\\c")"})
         EXPECT_THAT(result.out, HasSubstr(member));
-    std::smatch rms;
-    ASSERT_TRUE(std::regex_search(result.out, rms, std::regex(R"("inputRms": ([0-9.e-]+))")));
-    EXPECT_NEAR(std::stod(rms[1]), 0.5 / std::sqrt(2.0), 1e-12);
+    const std::size_t rms = result.out.find("\"inputRms\": ");
+    ASSERT_NE(rms, std::string::npos);
+    EXPECT_NEAR(std::stod(result.out.substr(rms + 12)), 0.5 / std::sqrt(2.0), 1e-12);
     // Every line between the braces is one member, and all but the last end in a comma.
-    EXPECT_TRUE(std::regex_match(result.out,
-                                 std::regex(R"(\{\n(  "\w+": [-+0-9.e]+,\n)+  "parameters": \{\n)"
-                                            R"((    "[\w.-]+": "([^"\\]|\\.)*",?\n)+  \}\n\}\n)")))
-        << result.out;
+    EXPECT_THAT(result.out,
+                MatchesRegex("[{]\n(  \"[A-Za-z]+\": [-+0-9.e]+,\n)+  \"parameters\": [{]\n"
+                             "(    \"[A-Za-z.-]+\": \"([^\"\\]|\\\\.)*\",?\n)+  [}]\n[}]\n"));
 }
 
 TEST_F(RenderCommand, AlignsTheSoundAndCarriesTheTail)
@@ -196,7 +196,7 @@ TEST_F(RenderCommand, AutomatesAtTheExactSample)
     const CTestSound sound = makeMusic(44100, 1, 6000);
     const CTestSound plain = command.render(sound, {"--raw"});
     for (const std::size_t at :
-         {std::size_t{1}, std::size_t{511}, std::size_t{512}, std::size_t{3001}}) {
+         {std::size_t{20}, std::size_t{511}, std::size_t{512}, std::size_t{3001}}) {
         SCOPED_TRACE(at);
         const std::string time = std::to_string(static_cast<double>(at) / 44100.0 + 1e-6);
         const CTestSound changed =

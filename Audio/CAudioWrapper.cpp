@@ -1,0 +1,464 @@
+#include "Audio/CAudioWrapper.h"
+
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioParamCollector.h"
+#include "Audio/CExclusiveScope.h"
+#include "Audio/CParamListener.h"
+#include "Audio/CParamLists.h"
+#include "Core/CApplication.h"
+#include "Core/CLog.h"
+#include "Core/CText.h"
+#include "Platform/CFloatControl.h"
+
+#include <algorithm>
+#include <cassert>
+#include <chrono>
+
+namespace tsm {
+
+namespace {
+
+double secondsNow()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(now).count();
+}
+
+bool isSameLayout(const CHostLayout& a, const CHostLayout& b)
+{
+    return a.channelCount == b.channelCount && a.isDouble == b.isDouble &&
+           a.isInterleaved == b.isInterleaved;
+}
+
+bool areSameTexts(const COwnedArray<CString>& a, const COwnedArray<CString>& b)
+{
+    bool isSame = a.getCount() == b.getCount();
+    for (int i = 0; isSame && i < a.getCount(); ++i)
+        isSame = a[i] == b[i];
+    return isSame;
+}
+
+void silence(const CHostOutput& output, int first, int length)
+{
+    for (int channel = 0; channel < output.getChannelCount(); ++channel)
+        output.silence(channel, first, length);
+}
+
+} // namespace
+
+/// Hears of the window size that the user wants.
+class CAudioWrapper::CWinSizeParamListener : public CParamListener {
+public:
+    explicit CWinSizeParamListener(CAudioWrapper& wrapper) : owner(wrapper) {}
+    ~CWinSizeParamListener() override { attach(nullptr); }
+    void onParamChanged(const void*, CAudioParam&, const CAudioParamChange&) override
+    {
+        owner.onMainWindowSize();
+    }
+
+private:
+    CAudioWrapper& owner;
+};
+
+CAudioWrapper::CAudioWrapper() = default;
+
+CAudioWrapper::~CAudioWrapper()
+{
+    assert(!isInside);
+    windowSizeListener.reset();
+    graph.destroy();
+    root.reset();
+}
+
+CError* CAudioWrapper::init()
+{
+    const double begin = secondsNow();
+    TSM_TRY(createTree());
+    TSM_TRY(readProject());
+    TSM_TRY(resolveObjects());
+    params.bind(*paramCollector, switches);
+    TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector));
+    loadWindowSize();
+    if (switches.useWindowResizing)
+        watchWindowSize();
+    setOffline(false);
+    const double end = secondsNow();
+    logFormat("CAudioWrapper init time: %.4f s @ %.4f s", end - begin, end);
+    return nullptr;
+}
+
+CError* CAudioWrapper::createTree()
+{
+    CApplication* application = CApplication::get();
+    if (!application)
+        TSM_FAIL("@tsmstr_CAudioWrapper_init_NoApp No application object created.");
+    TSM_TRY(application->initRootObject(root, CString()));
+    TSM_TRY(root->findObjectChecked(audioDefs, "shared::audio"));
+    CObject* made = nullptr;
+    TSM_TRY(root->createChild(made, audioDefs->getAttrString("plugin-tag"), "plugin", true));
+    TSM_TRY(root->findObjectChecked(plugin, "plugin"));
+    return root->findObjectChecked(project, "shared::project");
+}
+
+CError* CAudioWrapper::readProject()
+{
+    TSM_TRY(product.read(*project));
+    switches.read(*project);
+    return nullptr;
+}
+
+CError* CAudioWrapper::resolveObjects()
+{
+    TSM_TRY(root->findObjectChecked(audioEnv, "plugin.audio-env"));
+    return root->findObjectChecked(paramCollector, "plugin.param-collector");
+}
+
+void CAudioWrapper::afterInit()
+{
+    startProcessing();
+    stopProcessing();
+    isReady = true;
+}
+
+void CAudioWrapper::onWindowSizeChange(int, int) {}
+
+void CAudioWrapper::onEvent(const CParamEvent&) {}
+
+void CAudioWrapper::onParamEvent(const CParamEvent&) {}
+
+// The window's size
+
+void CAudioWrapper::loadWindowSize()
+{
+    // Without a display there is no monitor to measure.
+    constexpr int kNoMonitor = 0;
+    editorSize.chooseScale(settings, kNoMonitor, kNoMonitor);
+    updateWindowSize();
+}
+
+void CAudioWrapper::watchWindowSize()
+{
+    windowSizeListener.reset(new CWinSizeParamListener(*this));
+    params.mainWindowSize->addListener(*windowSizeListener);
+}
+
+bool CAudioWrapper::updateWindowSize()
+{
+    constexpr double kUnknownWidth = 400.0;
+    constexpr double kUnknownHeight = 300.0;
+    return editorSize.update(params.mainWindowSize->value(0, 0, kUnknownWidth),
+                             params.mainWindowSize->value(0, 1, kUnknownHeight), *project);
+}
+
+void CAudioWrapper::onMainWindowSize()
+{
+    if (updateWindowSize() && isReady)
+        onWindowSizeChange(editorSize.getWidth(), editorSize.getHeight());
+}
+
+// The host's format and state
+
+void CAudioWrapper::setSampleRate(double rate)
+{
+    assert(rate > 0.0);
+    const CLockScope lock(audioEnv->lock);
+    if (rate == audioEnv->sampleRate)
+        return;
+    audioEnv->sampleRate = rate;
+    formatChanged = true;
+}
+
+void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
+{
+    const CLockScope lock(audioEnv->lock);
+    formatChanged |= main.channelCount != mainLayout.channelCount ||
+                     sidechain.channelCount != sidechainLayout.channelCount;
+    mainLayout = main;
+    sidechainLayout = sidechain;
+}
+
+void CAudioWrapper::setOutputFormat(const CHostLayout& output)
+{
+    const CLockScope lock(audioEnv->lock);
+    if (isSameLayout(output, outputLayout))
+        return;
+    formatChanged |= output.channelCount != outputLayout.channelCount;
+    outputLayout = output;
+}
+
+void CAudioWrapper::setChannelNames(CHostChannelNames&& names)
+{
+    const CLockScope lock(routingLock);
+    routing.setChannelNames(std::move(names));
+}
+
+void CAudioWrapper::updateRouting(bool force, CAudioParamContext* context)
+{
+    const CLockScope lock(routingLock);
+    routing.run(force, product.intChannelCount, this, context);
+}
+
+void CAudioWrapper::updateRouting(CAudioParamContext* context)
+{
+    updateRouting(false, context);
+}
+
+void CAudioWrapper::setOffline(bool isOffline)
+{
+    hostValues.setOffline(isOffline, getSampleRate(), settings.oversamplingLevel,
+                          switches.autoRtMode);
+}
+
+void CAudioWrapper::setHostBPM(double bpm)
+{
+    hostValues.setBPM(bpm);
+}
+
+void CAudioWrapper::setHostTrackName(const CString& name)
+{
+    hostValues.setTrackName(name);
+}
+
+void CAudioWrapper::setLatencyChanged()
+{
+    isLatencyChanged = true;
+    params.hostLatencyChange->setValue(0, 0, 1.0, this);
+}
+
+int CAudioWrapper::queryLatency()
+{
+    if (isLatencyChanged.exchange(false))
+        params.hostLatencyChange->setValue(0, 0, 0.0, this);
+    const CLockScope lock(audioEnv->lock);
+    return audioEnv->latency;
+}
+
+int CAudioWrapper::getTailSamples()
+{
+    return roundToInt(product.tailSeconds * getSampleRate());
+}
+
+std::int32_t CAudioWrapper::getIntChannelCount()
+{
+    return product.intChannelCount;
+}
+
+std::int32_t CAudioWrapper::getGroupCount()
+{
+    return product.groupCount;
+}
+
+std::int32_t CAudioWrapper::getInChannelCount()
+{
+    const CLockScope lock(audioEnv->lock);
+    return mainLayout.channelCount;
+}
+
+std::int32_t CAudioWrapper::getOutChannelCount()
+{
+    const CLockScope lock(audioEnv->lock);
+    return outputLayout.channelCount;
+}
+
+std::int32_t CAudioWrapper::getSidechainChannelCount()
+{
+    const CLockScope lock(audioEnv->lock);
+    return sidechainLayout.channelCount;
+}
+
+double CAudioWrapper::getSampleRate()
+{
+    const CLockScope lock(audioEnv->lock);
+    return audioEnv->sampleRate;
+}
+
+// Edits
+
+int CAudioWrapper::findExtParam(CAudioParam& param, std::int32_t group, std::int32_t element) const
+{
+    const CExtParamIndices* indices = extParamIndices.find(&param);
+    return indices ? indices->get(element << 8 | group, -1) : -1;
+}
+
+void CAudioWrapper::beginParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element)
+{
+    const int index = findExtParam(param, group, element);
+    if (isReady && index >= 0)
+        beginEdit(index);
+}
+
+void CAudioWrapper::endParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element)
+{
+    const int index = findExtParam(param, group, element);
+    if (isReady && index >= 0)
+        endEdit(index);
+}
+
+void CAudioWrapper::importChannelLabels(const COwnedArray<CString>& names)
+{
+    if (!params.inChannelNames)
+        return;
+    COwnedArray<CString> present;
+    {
+        const CAudioParamLock lock(*params.inChannelNames);
+        readParamTexts(*params.inChannelNames, present);
+    }
+    if (!areSameTexts(names, present))
+        writeParamTexts(*params.inChannelNames, names, this, nullptr);
+}
+
+// Processing
+
+bool CAudioWrapper::setRunning(bool run)
+{
+    const CLockScope lock(audioEnv->lock);
+    const bool isChange = audioEnv->isProcessing != run;
+    audioEnv->isProcessing = run;
+    return isChange;
+}
+
+void CAudioWrapper::startProcessing()
+{
+    const CFloatControl floatControl;
+    if (setRunning(true))
+        primeGraph();
+}
+
+void CAudioWrapper::stopProcessing()
+{
+    const CFloatControl floatControl;
+    if (!setRunning(false))
+        return;
+    primeGraph();
+    graph.reset();
+}
+
+void CAudioWrapper::queueParamEvent(std::uint32_t offset, std::int32_t index, double value) noexcept
+{
+    events.add({offset, CParamEvent::kParamChange, index, value});
+}
+
+void CAudioWrapper::primeGraph()
+{
+    const CExclusiveScope scope(isInside);
+    const int formerLatency = audioEnv->latency;
+    applyFormat();
+    int length = 1;
+    events.rewind();
+    [[maybe_unused]] const bool hasEvents = dispatchEvents(0, length);
+    takeChanges(true, length);
+    for (int channel = 0; channel < mainLayout.channelCount + sidechainLayout.channelCount;
+         ++channel)
+        *graph.beginInput(channel, length) = 0.0;
+    graph.run();
+    graph.release();
+    advanceTime(length);
+    if (audioEnv->latency != formerLatency)
+        setLatencyChanged();
+    events.clear();
+}
+
+void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs, int count)
+{
+    assert(count >= 0);
+    const CFloatControl floatControl;
+    const CExclusiveScope scope(isInside);
+    const int formerLatency = audioEnv->latency;
+    applyFormat();
+    events.rewind();
+    const CHostOutput output(outputs, outputLayout);
+    for (int done = 0; done < count;) {
+        int length = std::min(kMaxSubBlock, count - done);
+        const bool hasEvents = dispatchEvents(done, length);
+        const bool isBlockStart = done == 0;
+        if (hasEvents || isBlockStart)
+            takeChanges(isBlockStart, length);
+        processSubBlock(inputs, output, done, length);
+        advanceTime(length);
+        done += length;
+    }
+    if (audioEnv->latency != formerLatency)
+        setLatencyChanged();
+    events.clear();
+}
+
+void CAudioWrapper::applyFormat()
+{
+    int channelCount = 0;
+    double rate = 0.0;
+    {
+        const CLockScope lock(audioEnv->lock);
+        if (!formatChanged)
+            return;
+        formatChanged = false;
+        channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
+        rate = audioEnv->sampleRate;
+    }
+    graph.publishInput(channelCount, rate);
+}
+
+bool CAudioWrapper::dispatchEvents(int position, int& length)
+{
+    const auto at = static_cast<std::uint32_t>(position);
+    bool hasEvents = false;
+    const CParamEvent* next = events.peek();
+    for (; next && next->offset <= at; next = events.peek()) {
+        const CParamEvent event = *next; // a handler may queue, which moves the events
+        events.skip();
+        hasEvents = true;
+        if (event.kind == CParamEvent::kParamChange)
+            onParamEvent(event);
+        else
+            onEvent(event);
+    }
+    // The next event begins a sub-block of its own.
+    if (next)
+        length = static_cast<int>(std::min(static_cast<std::uint32_t>(length), next->offset - at));
+    return hasEvents;
+}
+
+void CAudioWrapper::takeChanges(bool isBlockStart, int length)
+{
+    {
+        const CLockScope lock(audioEnv->lock);
+        if (isBlockStart)
+            audioEnv->blockEndTime = length / audioEnv->sampleRate + audioEnv->streamTime;
+        paramCollector->takeQueue();
+    }
+    paramCollector->applyQueue();
+}
+
+void CAudioWrapper::processSubBlock(const void* const* inputs, const CHostOutput& output, int done,
+                                    int length)
+{
+    copyIn(inputs, done, length);
+    graph.run();
+    const bool isUsable = graph.isOutputUsable(output);
+    if (isUsable)
+        graph.writeOutput(output, done, length);
+    else
+        silence(output, done, length);
+    graph.release();
+    // What made a sample that isn't finite would make it again from its own state.
+    if (!isUsable)
+        graph.reset();
+}
+
+void CAudioWrapper::copyIn(const void* const* inputs, int done, int length)
+{
+    const CHostInput main(inputs, mainLayout);
+    for (int channel = 0; channel < main.getChannelCount(); ++channel)
+        main.read(channel, done, graph.beginInput(channel, length), length);
+    const CHostInput sidechain(sidechainBuffers, sidechainLayout);
+    for (int channel = 0; channel < sidechain.getChannelCount(); ++channel)
+        sidechain.read(channel, done, graph.beginInput(main.getChannelCount() + channel, length),
+                       length);
+}
+
+void CAudioWrapper::advanceTime(int length)
+{
+    const CLockScope lock(audioEnv->lock);
+    audioEnv->streamTime += length / audioEnv->sampleRate;
+}
+
+} // namespace tsm

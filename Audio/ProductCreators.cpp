@@ -1,0 +1,77 @@
+#include "Audio/ProductCreators.h"
+
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioParamAllocDef.h"
+#include "Audio/CAudioParamCollector.h"
+#include "Audio/CAudioParamDef.h"
+#include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
+#include "Audio/CAudioParamFilterBypassOSDef.h"
+#include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioProcessBypassStateDef.h"
+#include "Audio/CAudioProcessDef.h"
+#include "Audio/CAudioProcessLinkDef.h"
+#include "Audio/Converters/CAudioParamConverterEnum.h"
+#include "Audio/Converters/CAudioParamConverterFreq.h"
+#include "Audio/Converters/CAudioParamConverterGain.h"
+#include "Audio/Converters/CAudioParamConverterPercent.h"
+#include "Audio/Converters/CAudioParamConverterReal.h"
+#include "Audio/Converters/CAudioParamConverterText.h"
+#include "Audio/Converters/CAudioParamConverterTime.h"
+#include "Audio/Processes/CModBypassDef.h"
+#include "Audio/Processes/CModGainDef.h"
+#include "Audio/Processes/CModNodeDef.h"
+#include "Audio/Processes/CModOutputDef.h"
+#include "Audio/Processes/CModReelpathDef.h"
+#include "Audio/Processes/CModReelpathPostDef.h"
+#include "Core/CResourceEntry.h"
+#include "Core/CStdEventBridge.h"
+
+namespace tsm {
+
+namespace {
+
+constexpr CCreatorRow kCreators[] = {
+    creatorRow<CObject>("core:object"),
+    creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
+
+    creatorRow<CAudioEnv>("audio:audio-env"),
+    creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),
+    creatorRow<CAudioParamConverterFreq>("audio:cvt-freq"),
+    creatorRow<CAudioParamConverterGain>("audio:cvt-gain"),
+    creatorRow<CAudioParamConverterPercent>("audio:cvt-percent"),
+    creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
+    creatorRow<CAudioParamConverterText>("audio:cvt-text"),
+    creatorRow<CAudioParamConverterTime>("audio:cvt-time"),
+    creatorRow<CAudioParamDef>("audio:param"),
+    creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
+    creatorRow<CAudioParamCollector>("audio:param-collector"),
+    creatorRow<CAudioParamFilterBypassGroupSoloDef>("audio:param-filter-bypass-group-solo"),
+    creatorRow<CAudioParamFilterBypassOSDef>("audio:param-filter-bypass-os"),
+    creatorRow<CAudioParamRemapDef>("audio:param-remap"),
+
+    creatorRow<CAudioProcessBypassStateDef>("audio:process-bypass-state"),
+    creatorRow<CAudioProcessDef>("audio:process-def"),
+    creatorRow<CAudioProcessLinkDef>("audio:process-link"),
+    creatorRow<CModBypassDef>("audio:modBypass"),
+    creatorRow<CModGainDef>("audio:modGain"),
+    creatorRow<CModNodeDef>("audio:modNode"),
+    creatorRow<CModOutputDef>("audio:modOutput"),
+    creatorRow<CModReelpathDef>("audio:modReelpath"),
+    creatorRow<CModReelpathPostDef>("audio:modReelpathPost"),
+};
+
+} // namespace
+
+std::span<const CCreatorRow> productCreators() noexcept
+{
+    return kCreators;
+}
+
+CError* startProduct(CApplication& application)
+{
+    const std::span<const CCreatorRow> creators = productCreators();
+    return application.start(creators.data(), static_cast<int>(creators.size()), kResourceTable,
+                             "SharedData.xml");
+}
+
+} // namespace tsm

@@ -1,0 +1,125 @@
+#include "Audio/CAudioWrapper.h"
+#include "Audio/ProductCreators.h"
+#include "Core/CApplication.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include <unistd.h>
+
+namespace tsm {
+namespace {
+
+class CBenchWrapper : public CAudioWrapper {
+public:
+    void performEdit(std::int32_t, double) override {}
+    void onProgramChange() override {}
+    void beginEdit(std::int32_t) override {}
+    void endEdit(std::int32_t) override {}
+};
+
+void check(CError* error)
+{
+    if (!error)
+        return;
+    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
+    std::abort();
+}
+
+std::unique_ptr<CBenchWrapper> makeInstance()
+{
+    auto wrapper = std::make_unique<CBenchWrapper>();
+    check(wrapper->init());
+    wrapper->setChannelFormat({2, true, false}, {});
+    wrapper->setOutputFormat({2, true, false});
+    wrapper->afterInit();
+    return wrapper;
+}
+
+/// Bytes of this process in memory.
+double residentBytes()
+{
+    long pages = 0;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%*d %ld", &pages) != 1)
+            pages = 0;
+        std::fclose(file);
+    }
+    return static_cast<double>(pages) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+/// A stereo instance at 44.1 kHz on loud noise, in per cent of a core at the speed of the sound.
+void wholeInstance(benchmark::State& state)
+{
+    const auto count = static_cast<int>(state.range(0));
+    CApplication application;
+    check(startProduct(application));
+    const auto wrapper = makeInstance();
+    wrapper->startProcessing();
+    std::mt19937 generator(1);
+    std::uniform_real_distribution<double> uniform(-0.7, 0.7);
+    std::vector<double> in(2 * 65536);
+    for (double& sample : in)
+        sample = uniform(generator);
+    std::vector<double> out(2 * static_cast<std::size_t>(count));
+    std::size_t at = 0;
+    const auto begin = std::chrono::steady_clock::now();
+    for (auto _ : state) {
+        const void* const inputs[] = {in.data() + at, in.data() + 65536 + at};
+        void* const outputs[] = {out.data(), out.data() + count};
+        wrapper->processBlock(inputs, outputs, count);
+        benchmark::DoNotOptimize(out.data());
+        at = (at + static_cast<std::size_t>(count)) % 65536;
+    }
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+    const double sound = static_cast<double>(state.iterations()) * count / 44100.0;
+    state.counters["core_percent"] = 100.0 * elapsed.count() / sound;
+}
+BENCHMARK(wholeInstance)->Arg(32)->Arg(64)->Arg(512)->Arg(4096);
+
+/// The shared tree from the compiled document.
+void startSharedTree(benchmark::State& state)
+{
+    for (auto _ : state) {
+        CApplication application;
+        check(startProduct(application));
+        benchmark::DoNotOptimize(application.getSharedRoot());
+    }
+}
+BENCHMARK(startSharedTree)->Unit(benchmark::kMillisecond);
+
+/// An instance beside others that exist: made, primed, ended.
+void furtherInstance(benchmark::State& state)
+{
+    CApplication application;
+    check(startProduct(application));
+    const auto first = makeInstance();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(makeInstance());
+}
+BENCHMARK(furtherInstance)->Unit(benchmark::kMillisecond);
+
+/// What an instance holds, as the growth of the process by many of them.
+void instanceMemory(benchmark::State& state)
+{
+    constexpr int kInstances = 64;
+    CApplication application;
+    check(startProduct(application));
+    std::vector<std::unique_ptr<CBenchWrapper>> instances;
+    instances.push_back(makeInstance());
+    const double before = residentBytes();
+    for (auto _ : state)
+        for (int i = 0; i < kInstances; ++i)
+            instances.push_back(makeInstance());
+    state.counters["KiB_each"] = (residentBytes() - before) / 1024.0 / kInstances;
+}
+BENCHMARK(instanceMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace tsm

@@ -1,0 +1,1 @@
+tsm_add_bench(bench_wrapper SOURCES CAudioWrapperBench.cpp LIBS tsm_product)

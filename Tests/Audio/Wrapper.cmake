@@ -1,0 +1,16 @@
+set(render_tests ../Tools/render)
+tsm_add_test(tests_wrapper
+    SOURCES
+        CAudioWrapperSoundTest.cpp
+        CAudioWrapperTest.cpp
+        CHostBuffersTest.cpp
+        CParamEventQueueTest.cpp
+        CProductDataTest.cpp
+        CRoutingStateTest.cpp
+        ${render_tests}/CRenderCommand.cpp
+        ${render_tests}/RenderCommandTest.cpp
+    LIBS tsm_product PkgConfig::SNDFILE)
+# The program is run as its users run it.
+target_compile_definitions(tests_wrapper PRIVATE
+    TSM_RENDER_BINARY="$<TARGET_FILE:reelpath-render>")
+add_dependencies(tests_wrapper reelpath-render)

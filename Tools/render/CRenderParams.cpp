@@ -1,0 +1,163 @@
+#include "Tools/render/CRenderParams.h"
+
+#include "Audio/Converters/CAudioParamConverter.h"
+#include "Core/CText.h"
+#include "Tools/render/CParamTexts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tsm {
+
+namespace {
+
+constexpr const char* kMainPath = "plugin.modMain.";
+
+/// Until the resamplers exist the stage runs at the rate of the file.
+CError* checkAvailable(const CString& name, double value)
+{
+    constexpr double kSingleRate = 1.0;
+    if (name == "oversampling" && value != kSingleRate)
+        TSM_FAIL("parameter 'oversampling' takes only 1X: this build has no resamplers");
+    return nullptr;
+}
+
+/// The number of values that a text for a parameter holds.
+bool isList(const CAudioParamInfo& info)
+{
+    return !info.shape.isSingleElement && info.defaults.getElementCount(0) > 1;
+}
+
+/// Counted in characters: the padding follows what a terminal shows.
+std::string padded(const CString& text, int width)
+{
+    const int missing = std::max(width - text.getLength(), 0);
+    return text.toUtf8() + std::string(static_cast<std::size_t>(missing), ' ');
+}
+
+constexpr int kColumnCount = 6;
+using CTableRow = std::array<CString, kColumnCount>;
+
+std::string layOut(const std::vector<CTableRow>& rows)
+{
+    std::array<int, kColumnCount> widths{};
+    for (const CTableRow& row : rows)
+        for (std::size_t column = 0; column < kColumnCount; ++column)
+            widths[column] = std::max(widths[column], row[column].getLength());
+    std::string table;
+    for (const CTableRow& row : rows) {
+        std::string line;
+        for (std::size_t column = 0; column < kColumnCount; ++column)
+            line += padded(row[column], widths[column]) + "  ";
+        line.erase(line.find_last_not_of(' ') + 1);
+        table += line + "\n";
+    }
+    return table;
+}
+
+} // namespace
+
+CError* CRenderParams::find(CAudioParam*& param, const CString& name) const
+{
+    param = collector.find(kMainPath + name);
+    // Names without a description are those of the definition's own plumbing.
+    if (!param || !param->getInfo() || !param->getInfo()->isGlobal)
+        TSM_FAIL("unknown parameter '%1' (see --list)", name);
+    if (param->getInfo()->shape.dataType == EAudioParamType::Raw)
+        TSM_FAIL("parameter '%1' holds binary data", name);
+    return nullptr;
+}
+
+CError* CRenderParams::findNumeric(CAudioParam*& param, const CString& name)
+{
+    TSM_TRY(find(param, name));
+    if (param->getInfo()->shape.dataType != EAudioParamType::Number)
+        TSM_FAIL("parameter '%1' holds text, which can't be automated", name);
+    noteSet(name);
+    return nullptr;
+}
+
+CError* CRenderParams::parse(double& value, const CAudioParam& param, const CString& name,
+                             const CString& text) const
+{
+    const CAudioParamInfo& info = *param.getInfo();
+    const CAudioParamConverter& converter = info.getConverter(0);
+    bool isReadable = false;
+    const double unclamped = converter.parseUnclamped(info, 0, text, isReadable);
+    if (!isReadable)
+        TSM_FAIL("can't read '%1' as a value of parameter '%2'", text, name);
+    value = converter.parse(info, 0, text, isReadable);
+    if (value != unclamped)
+        TSM_FAIL("value '%1' of parameter '%2' is outside of %3", text, name,
+                 CParamTexts(param).range());
+    return checkAvailable(name, value);
+}
+
+CError* CRenderParams::set(const CNamedText& setting)
+{
+    CAudioParam* param = nullptr;
+    TSM_TRY(find(param, setting.name));
+    if (param->getInfo()->shape.dataType == EAudioParamType::String)
+        param->setText(0, 0, setting.text);
+    else
+        TSM_TRY(setNumbers(*param, setting));
+    noteSet(setting.name);
+    return nullptr;
+}
+
+CError* CRenderParams::setNumbers(CAudioParam& param, const CNamedText& setting) const
+{
+    // A comma also is a decimal separator: it divides values only where there are several.
+    COwnedArray<CString> pieces;
+    if (isList(*param.getInfo()))
+        splitText(setting.text, ',', pieces);
+    else
+        pieces.create(setting.text);
+    const int capacity = std::max(param.getInfo()->defaults.getElementCount(0), 1);
+    if (pieces.getCount() > capacity)
+        TSM_FAIL("'%1' holds more values than the %2 of parameter '%3'", setting.text,
+                 toString(capacity), setting.name);
+    CArray<double> values;
+    for (const CString& piece : pieces) {
+        double value = 0.0;
+        TSM_TRY(parse(value, param, setting.name, piece.trimmed()));
+        values.add(value);
+    }
+    param.setValues(0, 0, values.data(), values.getCount());
+    return nullptr;
+}
+
+void CRenderParams::noteSet(const CString& name)
+{
+    if (std::find(setNames.begin(), setNames.end(), name) == setNames.end())
+        setNames.push_back(name);
+}
+
+std::string CRenderParams::list() const
+{
+    std::vector<CTableRow> rows{
+        {CString("Name"), "Visual name", "Range", "Default", "Unit", "Present"}};
+    CArray<CAudioParam*> params;
+    collector.listParams(params);
+    const int prefixLength = CString(kMainPath).getLength();
+    for (const CAudioParam* param : params) {
+        const CAudioParamInfo* info = param->getInfo();
+        if (!info || !info->isGlobal || !param->getName().startsWith(kMainPath))
+            continue;
+        const CParamTexts texts(*param);
+        rows.push_back({param->getName().substring(prefixLength), info->visualName, texts.range(),
+                        texts.defaults(), texts.unit(), texts.present()});
+    }
+    return layOut(rows);
+}
+
+std::vector<CNamedText> CRenderParams::getTextsOfSet() const
+{
+    std::vector<CNamedText> texts;
+    for (const CString& name : setNames)
+        if (const CAudioParam* param = collector.find(kMainPath + name))
+            texts.push_back({name, CParamTexts(*param).present()});
+    return texts;
+}
+
+} // namespace tsm

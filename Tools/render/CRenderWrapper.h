@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Audio/CAudioWrapper.h"
+
+#include <vector>
+
+namespace tsm {
+
+/// An instance of the engine whose host is this program: nobody listens to edits, and events reach
+/// parameters by an index table of its own, with values in their real form.
+class CRenderWrapper : public CAudioWrapper {
+public:
+    /// Enters a parameter (borrowed) in the table; the result is its index for events. [setup]
+    [[nodiscard]] int addEventParam(CAudioParam& param);
+
+    void performEdit(std::int32_t, double) override {}
+    void onProgramChange() override {}
+    void beginEdit(std::int32_t) override {}
+    void endEdit(std::int32_t) override {}
+    /// Sets the value of group 0, element 0. [audio]
+    void onParamEvent(const CParamEvent& event) override;
+
+private:
+    std::vector<CAudioParam*> eventParams;
+};
+
+} // namespace tsm
