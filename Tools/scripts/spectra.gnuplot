@@ -1,6 +1,6 @@
 # gnuplot -c spectra.gnuplot OUT.png BANDS.dat TITLE [HARMONICS.dat]
-# Draws level over frequency, a line for each column of BANDS.dat, and below it, with
-# HARMONICS.dat, what became of the sine. The first of the columns is the sound before.
+# Draws level over frequency, a line for each column of BANDS.dat; below it how far each lies above
+# the first column, the sound before; and below that, with HARMONICS.dat, what became of the sine.
 outFile = ARG1
 bandFile = ARG2
 heading = ARG3
@@ -9,7 +9,7 @@ hasHarmonics = strlen(harmonicFile) > 0
 lowest = -130.0
 
 set encoding utf8
-set terminal pngcairo noenhanced font "DejaVu Sans,11" size 1280, (hasHarmonics ? 1120 : 640)
+set terminal pngcairo noenhanced font "DejaVu Sans,11" size 1280, (hasHarmonics ? 1500 : 1000)
 set output outFile
 set border linecolor rgb "#606060"
 set grid xtics ytics mxtics linetype 1 linecolor rgb "#d0d0d0" linewidth 0.7, \
@@ -25,9 +25,7 @@ array colors[8] = ["#000000", "#0072b2", "#d55e00", "#009e73", \
                    "#cc79a7", "#e69f00", "#56b4e9", "#7f7f7f"]
 colorOf(column) = colors[(column - 2) % 8 + 1]
 
-if (hasHarmonics) {
-    set multiplot layout 2,1
-}
+set multiplot layout (hasHarmonics ? 3 : 2),1
 
 stats bandFile using 2 skip 1 nooutput
 columnCount = int(STATS_columns)
@@ -43,6 +41,16 @@ set yrange [top - 60:top]
 set ytics 10
 plot for [column = 2:columnCount] bandFile using 1:column with lines \
     linecolor rgb colorOf(column) linewidth (column == 2 ? 3 : 1.8)
+
+set title "Change against before" font "DejaVu Sans,14"
+set ylabel "change / dB"
+set yrange [*:*]
+set autoscale y
+set offsets 0, 0, 1, 1
+set ytics auto
+plot for [column = 3:columnCount] bandFile using 1:(column(column) - column(2)) with lines \
+    linecolor rgb colorOf(column) linewidth 1.8 title columnhead(column)
+set offsets 0, 0, 0, 0
 
 if (hasHarmonics) {
     set title "Harmonics of the sine of 1 kHz, -12 dBFS" font "DejaVu Sans,14"
@@ -62,5 +70,5 @@ if (hasHarmonics) {
         using ($1 + leftOf(column)):(column(column)):($1 + leftOf(column)): \
               ($1 + leftOf(column) + 0.9 * barWidth):(lowest):(column(column)) \
         with boxxyerror linecolor rgb colorOf(column) title columnhead(column)
-    unset multiplot
 }
+unset multiplot
