@@ -20,18 +20,18 @@ CEventRegistry::CSender* CEventRegistry::acquire(const CString& senderName, bool
     if (!place)
         return nullptr;
     if (!*place)
-        *place = new CSender;
+        *place = new CSender(senderName);
     ++(*place)->references;
     return *place;
 }
 
 /// Gives a reference back. The record goes when nobody uses it and nobody listens any more.
-void CEventRegistry::release(const CString& senderName, CSender& sender)
+void CEventRegistry::release(CSender& sender)
 {
     const CLockScope scope(lock);
     if (--sender.references > 0 || !sender.events.isEmpty())
         return;
-    senders.remove(senderName);
+    senders.remove(sender.name);
     delete &sender;
 }
 
@@ -45,7 +45,7 @@ void CEventRegistry::listen(const CString& senderName, const CString& eventName,
         entry.procedure = procedure;
         entry.procName = procName;
     }
-    release(senderName, *sender);
+    release(*sender);
 }
 
 void CEventRegistry::unlisten(const CString& senderName, const CString& eventName,
@@ -65,7 +65,7 @@ void CEventRegistry::unlisten(const CString& senderName, const CString& eventNam
         for (CDeferredCall& call : sender->calls)
             call.isDone |= call.listener == &listener;
     }
-    release(senderName, *sender);
+    release(*sender);
 }
 
 CError* CEventRegistry::send(const CString& senderName, const CString& eventName, CAttrMap& params,
@@ -74,13 +74,12 @@ CError* CEventRegistry::send(const CString& senderName, const CString& eventName
     CSender* sender = acquire(senderName, false);
     if (!sender)
         return nullptr;
-    const CString name = senderName; // the sender itself may go in one of the procedures
-    params.setText("sender", name);
+    params.setText("sender", senderName);
     params.setText("event-name", eventName);
     CError* error = distribute(*sender, eventName, params, forceBridge);
     CError* served = serve(*sender);
     dropCalls(*sender, params);
-    release(name, *sender);
+    release(*sender);
     if (error && served)
         handleError(std::exchange(served, nullptr));
     TSM_TRY(error ? error : served);

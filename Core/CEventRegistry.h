@@ -48,6 +48,8 @@ private:
         bool isDone;
     };
     struct CSender : CTsmMemAllocator {
+        explicit CSender(const CString& senderName) : name(senderName) {}
+        CString name;
         int references = 0;
         CMap<CString, CMap<CObject*, CListener>> events;
         CCriticalSection lock{4000};
@@ -56,7 +58,7 @@ private:
     };
 
     [[nodiscard]] CSender* acquire(const CString& senderName, bool create);
-    void release(const CString& senderName, CSender& sender);
+    void release(CSender& sender);
     [[nodiscard]] static CError* distribute(CSender& sender, const CString& eventName,
                                             CAttrMap& params, bool forceBridge);
     [[nodiscard]] static CError* serve(CSender& sender);

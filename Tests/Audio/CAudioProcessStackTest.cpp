@@ -36,8 +36,7 @@ TEST_F(AStack, WakesOnlyTheElementWhoseGroupChanges)
 {
     startGraph(chain({gain("s", "2", kStacked)}));
     setFormat({0, 1});
-    run({constant(10), constant(10)});
-    moduleCounts.updates = 0;
+    prime({constant(10), constant(10)});
     set("s.gain", 3.0, 1);
     EXPECT_EQ(run({constant(10), constant(10)}, 512, 1), constant(10, 3.0));
     EXPECT_EQ(moduleCounts.updates, 1);
@@ -63,13 +62,12 @@ TEST_F(AStack, AlignsElementsOfDifferentLatency)
 {
     startGraph(chain({delay("s", "20", kStacked)}));
     setFormat({0, 1});
-    run({ramp(10), ramp(10)});
+    prime({ramp(10), ramp(10)});
     set("s.samples", 50.0, 1);
-    main->reset();
-    main->process(); // takes the change up
-    main->reset();
-    const std::vector<CSignal> in = {ramp(1000), ramp(1000)};
-    EXPECT_EQ(run(in, 100, 0), run(in, 100, 1));
+    run({ramp(2000), ramp(2000)}, 100); // the change of the other element's delay is over
+    run({ramp(500, 2001), ramp(500, 2001)}, 100);
+    EXPECT_EQ(sink->heard[0][0], ramp(500, 1951));
+    EXPECT_EQ(sink->heard[0][1], ramp(500, 1951));
     EXPECT_EQ(sink->getInputLatency(), 50);
 }
 

@@ -51,17 +51,15 @@ TEST_F(AGraph, SumsItsSourcesFromLeftToRight)
             expected.push_back(sum);
         }
         EXPECT_EQ(run(in), expected);
-        TearDown();
-        SetUp();
+        endGraph();
     }
-    startGraph(chain({})); // for the last TearDown
 }
 
 TEST_F(AGraph, TakesMeanOrMaximumWhereTheDefinitionSaysSo)
 {
     startGraph(parallel({"3", "-1", "4", "7", "2"}, "avg"));
     EXPECT_EQ(run(constant(9)), constant(9, 3.0));
-    TearDown();
+    endGraph();
     startGraph(parallel({"3", "-1", "4", "7", "2"}, "max"));
     EXPECT_EQ(run(constant(9)), constant(9, 7.0));
     EXPECT_EQ(run(constant(9, -1.0)), constant(9, 1.0));
@@ -97,10 +95,8 @@ TEST_F(AGraph, WorksInBlocksOfAnyLength)
         if (expected.empty())
             expected = heard;
         EXPECT_EQ(heard, expected);
-        TearDown();
-        SetUp();
+        endGraph();
     }
-    startGraph(chain({}));
 }
 
 // Wiring
@@ -164,11 +160,11 @@ TEST_F(AGraph, LeavesOutWhatNoPort0PathReaches)
 
 TEST_F(AGraph, PassesOverWhatItDoesNotKnow)
 {
+    load(chain({gain("a", "2"), node("audio:modUnknown", "meter"), gain("b", "2"),
+                gain("p", "9", {{"is-prototype", "true"}}), link("a", "meter"), link("meter", "*"),
+                link("nobody", "b"), link("a", "nobody"), link("p", "b")}));
     CLogCollector log;
-    startGraph(
-        chain({gain("a", "2"), node("audio:modUnknown", "meter"), gain("b", "2"),
-               gain("p", "9", {{"is-prototype", "true"}}), link("a", "meter"), link("meter", "*"),
-               link("nobody", "b"), link("a", "nobody"), link("p", "b")}));
+    build();
     EXPECT_EQ(run(constant(4)), constant(4, 4.0));
     EXPECT_THAT(log.lines, IsEmpty());
 }
@@ -303,10 +299,8 @@ TEST_F(AGraph, BearsAnySampleRate)
         EXPECT_EQ(heard, scaled(delayed(ramp(100), 3), 2.0));
         set("wet.samples", 5.0);
         run(ramp(100), 10);
-        TearDown();
-        SetUp();
+        endGraph();
     }
-    startGraph(chain({}));
 }
 
 TEST_F(AGraph, ReplacesBlocksOfAnotherLengthBySilence)

@@ -132,6 +132,12 @@ protected:
         ATree::TearDown();
         document.reset();
     }
+    /// Ends the graph, for another one in the same test.
+    void endGraph()
+    {
+        TearDown();
+        SetUp();
+    }
     void create(CPtr<CAudioProcessBase>& holder, const char* name)
     {
         CAudioProcessDefBase* def = nullptr;
@@ -153,8 +159,22 @@ protected:
         CAudioParam* found = collector->find(CString("plugin.modMain.") + name);
         ASSERT_NE(found, nullptr) << name;
         found->setValue(group, 0, value);
+        takeQueue();
+    }
+    void takeQueue()
+    {
         const CLockScope hold(env->lock);
         collector->takeQueue();
+    }
+    /// Makes the graph and lets the defaults of the parameters, which were made with it, come
+    /// through the queue, as the priming passes of an instance do.
+    void prime(const std::vector<CSignal>& in)
+    {
+        run(in);
+        takeQueue();
+        run(in);
+        main->reset();
+        moduleCounts.updates = 0;
     }
     /// Sends signals, one for each channel, in sub-blocks of `blockLength`, and gives what has come
     /// out of the channel `channel`.

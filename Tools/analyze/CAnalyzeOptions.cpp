@@ -35,7 +35,7 @@ void describe(CLI::App& app, CAnalyzeOptions& options, CRawTexts& raw)
 
     CLI::App* spectrum = app.add_subcommand(
         "spectrum", "Write levels in bands of a sixth of an octave, a column a file (dBFS, where a "
-                    "full-scale sine has -3)");
+                    "full-scale sine has -3); with --music-seconds, of the section where all play");
     spectrum->add_option("OUT", options.output, "Text file to write")->required();
     addFiles(*spectrum, raw);
     spectrum->add_flag("--harmonics", options.isHarmonics,

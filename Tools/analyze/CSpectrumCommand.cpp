@@ -28,6 +28,17 @@ std::vector<double> harmonicLevels(const CSoundBuffer& sine)
     return levels;
 }
 
+std::vector<double> levelsOf(const CSoundBuffer& sound, const CAnalyzeOptions& options)
+{
+    if (!options.musicSeconds)
+        return CBandSpectrum::levels(sound);
+    if (options.isHarmonics)
+        return harmonicLevels(steadySine(sound, *options.musicSeconds));
+    // The sine would stand out of all the rest.
+    return CBandSpectrum::levels(
+        sliceOfSection(sound, *options.musicSeconds, EMusicSection::All, 0.0));
+}
+
 /// A column's name between double quotes, which it can't hold itself.
 std::string quote(std::string label)
 {
@@ -61,9 +72,7 @@ bool runSpectrumCommand(const CAnalyzeOptions& options, std::string& error)
         CSoundBuffer sound;
         if (!CSoundBuffer::read(file.path, sound, error))
             return false;
-        columns.push_back(options.isHarmonics
-                              ? harmonicLevels(steadySine(sound, *options.musicSeconds))
-                              : CBandSpectrum::levels(sound));
+        columns.push_back(levelsOf(sound, options));
     }
     if (write(options, options.isHarmonics ? harmonicNumbers() : CBandSpectrum::centers(), columns))
         return true;

@@ -105,7 +105,7 @@ void addHat(const CNote& note, CSoundBuffer& out)
     for (std::size_t i = 0; i < span.count; ++i) {
         const double time = static_cast<double>(i) / out.rate;
         const double level =
-            0.5 * note.force * std::exp(-time / decay) * gate(time, 0.0006, length - 0.03, 0.03);
+            0.36 * note.force * std::exp(-time / decay) * gate(time, 0.0006, length - 0.03, 0.03);
         const double value = level * metal.next(noise.next());
         out.channels[0][span.first + i] += pan.left * value;
         out.channels[1][span.first + i] += pan.right * value;
