@@ -121,12 +121,18 @@ void CDSPModDelay::readFading(double* out, int count)
 {
     const double* former = at(back(oldDelay));
     const double* wanted = at(back(delay));
+    // Locals: a store to out[] could alias a member and force a reload each sample.
+    double value = fadeValue;
+    double previous = fadePrevious;
+    const double factor = fadeFactor;
     for (int i = 0; i < count; ++i) {
-        out[i] = (0.5 + fadeValue) * former[i] + (0.5 - fadeValue) * wanted[i];
-        const double next = fadeFactor * fadeValue - fadePrevious;
-        fadePrevious = fadeValue;
-        fadeValue = next;
+        out[i] = (0.5 + value) * former[i] + (0.5 - value) * wanted[i];
+        const double next = factor * value - previous;
+        previous = value;
+        value = next;
     }
+    fadeValue = value;
+    fadePrevious = previous;
     fadeSteps -= count;
     if (fadeSteps == 0)
         endFade();

@@ -8,4 +8,6 @@ tsm_add_test(tests_graph
         CAudioProcessTerminalTest.cpp
         CAudioProcessTest.cpp
         CDSPModDelayTest.cpp
-    LIBS tsm_graph Threads::Threads)
+        ProductGraphTest.cpp
+    LIBS tsm_graph tsm_defc_lib Threads::Threads)
+target_compile_definitions(tests_graph PRIVATE TSM_DATA_FOLDER="${PROJECT_SOURCE_DIR}/Data")

@@ -108,12 +108,12 @@ protected:
         collector = &make<CAudioParamCollector>(*root.get(), "audio:param-collector", "collector");
     }
     /// Makes the running graph.
-    void build()
+    void build(const char* sinkName = "sink")
     {
         context = {env, collector, &pool};
         collector->setEnv(env);
         create(main, "modMain");
-        create(output, "sink");
+        create(output, sinkName);
         sink = static_cast<CTestSink*>(output.get());
         input = &CAudioProcessBase::connect(nullptr, 0, *main, 0);
         CAudioProcessBase::connect(main.get(), 0, *output, 0);
