@@ -110,7 +110,10 @@ CError* CAudioWrapper::readProject()
 CError* CAudioWrapper::resolveObjects()
 {
     TSM_TRY(root->findObjectChecked(audioEnv, "plugin.audio-env"));
-    return root->findObjectChecked(paramCollector, "plugin.param-collector");
+    TSM_TRY(root->findObjectChecked(paramCollector, "plugin.param-collector"));
+    // The document should have said so; the queue can't do without.
+    paramCollector->setEnv(audioEnv);
+    return nullptr;
 }
 
 void CAudioWrapper::afterInit()

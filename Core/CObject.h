@@ -294,36 +294,17 @@ CError* CObject::findObjectByAttr(CTarget<T*>& object, const char* attrName)
     return nullptr;
 }
 
+/// Ends an object with all below it.
+struct CTreeEnd {
+    template <class T>
+    static void end(T* object) noexcept
+    {
+        object->destroyTree();
+    }
+};
+
 /// Owns a tree until it is released, so that an early return ends a half-made one.
 template <class T>
-class CTreePtr : public CCheckedObject {
-public:
-    CTreePtr() = default;
-    explicit CTreePtr(T* owned) noexcept : object(owned) {}
-    CTreePtr(CTreePtr&& other) noexcept : object(other.release()) {}
-    CTreePtr& operator=(CTreePtr&& other) noexcept
-    {
-        reset(other.release());
-        return *this;
-    }
-    CTreePtr(const CTreePtr&) = delete;
-    CTreePtr& operator=(const CTreePtr&) = delete;
-    ~CTreePtr() { reset(); }
-
-    void reset(T* owned = nullptr) noexcept
-    {
-        T* former = std::exchange(object, owned);
-        if (former)
-            former->destroyTree();
-    }
-    [[nodiscard]] T* release() noexcept { return std::exchange(object, nullptr); }
-    [[nodiscard]] T* get() const noexcept { return object; }
-    T* operator->() const noexcept { return object; }
-    T& operator*() const noexcept { return *object; }
-    explicit operator bool() const noexcept { return object != nullptr; }
-
-private:
-    T* object = nullptr;
-};
+using CTreePtr = CPtr<T, CTreeEnd>;
 
 } // namespace tsm

@@ -6,8 +6,17 @@
 
 namespace tsm {
 
-/// Owns one object and deletes it.
-template <class T>
+/// Ends an object by deleting it.
+struct CDeleteEnd {
+    template <class T>
+    static void end(T* object) noexcept
+    {
+        delete object;
+    }
+};
+
+/// Owns one object and ends it: deletes it, unless `End` has another way.
+template <class T, class End = CDeleteEnd>
 class CPtr : public CCheckedObject {
 public:
     CPtr() = default;
@@ -20,14 +29,14 @@ public:
     }
     CPtr(const CPtr&) = delete;
     CPtr& operator=(const CPtr&) = delete;
-    ~CPtr() { delete object; }
+    ~CPtr() { reset(); }
 
-    /// Deletes what is held and holds `owned` instead.
+    /// Ends what is held and holds `owned` instead.
     void reset(T* owned = nullptr) noexcept
     {
         T* former = std::exchange(object, owned);
-        if (former != owned)
-            delete former;
+        if (former && former != owned)
+            End::end(former);
     }
     /// Hands the object over to the caller.
     [[nodiscard]] T* release() noexcept { return std::exchange(object, nullptr); }

@@ -54,6 +54,18 @@ TEST_F(ATerminal, GivesEachChannelAModuleAndWorksThemInOneCall)
     EXPECT_EQ(activeCount(), 3);
 }
 
+TEST_F(ATerminal, GivesAllChannelsToOneModuleWhereItIsWhole)
+{
+    startGraph(chain({node("audio:testWhole", "g", {{"is-terminal-whole", "true"}})}));
+    setFormat({0, 0, 1});
+    run({constant(10, 1.0), constant(10, 2.0), constant(10, 3.0)});
+    EXPECT_EQ(activeCount(), 1);
+    EXPECT_EQ(sink->heard[0][0], constant(10, 3.0));
+    EXPECT_EQ(sink->heard[0][2], constant(10, 1.0));
+    setFormat({0, 0});
+    EXPECT_EQ(run({constant(10, 1.0), constant(10, 2.0)}), constant(10, 2.0));
+}
+
 TEST_F(ATerminal, ChangesARunningModuleAtOnceWithoutSmoothUpdate)
 {
     startGraph(chain({gain("g", "2")}));

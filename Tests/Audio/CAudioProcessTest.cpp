@@ -1,4 +1,7 @@
 #include "Tests/Support/CGraphTree.h"
+#include "Tests/Support/SystemAllocations.h"
+
+#include <cmath>
 
 namespace tsm::test {
 
@@ -63,6 +66,16 @@ TEST_F(AGraph, TakesMeanOrMaximumWhereTheDefinitionSaysSo)
     startGraph(parallel({"3", "-1", "4", "7", "2"}, "max"));
     EXPECT_EQ(run(constant(9)), constant(9, 7.0));
     EXPECT_EQ(run(constant(9, -1.0)), constant(9, 1.0));
+}
+
+TEST_F(AGraph, CombinesInItsOwnModeWhatComesInOnly)
+{
+    const CTestNode inner = node("audio:process-def", "inner", {{"input-combo-mode", "max"}},
+                                 {gain("x", "1"), gain("y", "10"), link("*", "x"), link("*", "y"),
+                                  link("x", "*"), link("y", "*")});
+    startGraph(wired({gain("a", "2"), gain("b", "3"), inner, link("*", "a"), link("*", "b"),
+                      link("a", "inner"), link("b", "inner"), link("inner", "*")}));
+    EXPECT_EQ(run(constant(5)), constant(5, 33.0));
 }
 
 TEST_F(AGraph, HandsBlocksOnWithoutCopies)
@@ -264,6 +277,26 @@ TEST_F(AGraph, ReadsStatesInItsOwnGroupAndTwoParameters)
     EXPECT_EQ(run(constant(5)), constant(5, 1.0));
 }
 
+// Chains that change
+
+TEST_F(AGraph, GrowsAndShrinksAChainAtItsFront)
+{
+    const CTestNode seq =
+        node("audio:testSeq", "seq", {}, {param("length", "0"), gain("unit", "2")});
+    startGraph(chain({gain("a", "1"), seq, gain("b", "1")}));
+    setFormat({0, 0});
+    const std::vector<CSignal> in = {constant(600), constant(600, -1.0)};
+    for (const int length : {0, 1, 3, 6, 2, 0, 1}) {
+        SCOPED_TRACE(length);
+        run({constant(1), constant(1)}); // makes the parameter
+        set("seq.length", length);
+        const double factor = std::exp2(length);
+        EXPECT_EQ(run(in), constant(600, factor));
+        EXPECT_EQ(sink->heard[0][1], constant(600, -factor));
+        EXPECT_EQ(moduleCounts.alive, 4 + 2 * length);
+    }
+}
+
 // Formats
 
 TEST_F(AGraph, FollowsChannelsThatComeAndGo)
@@ -282,7 +315,7 @@ TEST_F(AGraph, FollowsChannelsThatComeAndGo)
     setFormat({});
     main->process();
     output->process();
-    EXPECT_EQ(sink->lengths.back(), 0) << "no channels, no samples";
+    EXPECT_EQ(sink->lastLength, 0) << "no channels, no samples";
     setFormat({0, 0});
     EXPECT_EQ(run({constant(100), constant(100, 2.0)}, 512, 1), constant(100, 12.0));
 }
@@ -333,6 +366,30 @@ TEST_F(AGraph, AllocatesNoBlocksInTheSteadyState)
         run(in, 333);
     }
     EXPECT_EQ(pool.getAllocationCount(), count);
+}
+
+TEST_F(AGraph, AsksTheSystemForNoMemoryWhileItRuns)
+{
+    if (countSystemAllocations() < 0)
+        GTEST_SKIP() << "allocations aren't counted in this build";
+    startGraph(chain({param("off", "0", {{"is-global", "true"}}), state("1", "off"),
+                      gain("a", "2", {{"bypass-state-id", "1"}}),
+                      gain("g", "1", {{"is-smooth-update", "true"}}),
+                      gain("s", "2", {{"is-stacked", "true"}})}));
+    setFormat({0, 1});
+    const std::vector<CSignal> in = {constant(512), constant(512)};
+    prime(in);
+    sink->isDeaf = true;
+    int count = 0;
+    for (int i = 0; i < 40; ++i) {
+        set("g.gain", i); // a fade goes on all the time
+        if (i % 5 == 0)
+            set("off", i % 2); // and now and then the graph is another one
+        const int before = countSystemAllocations();
+        runBlock(in, 0, 512);
+        count += countSystemAllocations() - before;
+    }
+    EXPECT_EQ(count, 0);
 }
 
 TEST_F(AGraph, StartsAnewAfterAReset)

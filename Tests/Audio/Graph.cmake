@@ -9,5 +9,6 @@ tsm_add_test(tests_graph
         CAudioProcessTest.cpp
         CDSPModDelayTest.cpp
         ProductGraphTest.cpp
+        ../Support/SystemAllocations.cpp
     LIBS tsm_graph tsm_defc_lib Threads::Threads)
 target_compile_definitions(tests_graph PRIVATE TSM_DATA_FOLDER="${PROJECT_SOURCE_DIR}/Data")

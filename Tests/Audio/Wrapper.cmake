@@ -6,10 +6,11 @@ tsm_add_test(tests_wrapper
         CHostBuffersTest.cpp
         CParamEventQueueTest.cpp
         CProductDataTest.cpp
+        DamagedDocumentTest.cpp
         CRoutingStateTest.cpp
         ${render_tests}/CRenderCommand.cpp
         ${render_tests}/RenderCommandTest.cpp
-    LIBS tsm_product PkgConfig::SNDFILE)
+    LIBS tsm_product tsm_resources PkgConfig::SNDFILE)
 # The program is run as its users run it.
 target_compile_definitions(tests_wrapper PRIVATE
     TSM_RENDER_BINARY="$<TARGET_FILE:reelpath-render>")

@@ -102,6 +102,8 @@ protected:
                creatorRow<CTestDelayDef>("audio:testDelay"),
                creatorRow<CTestGreedyDef>("audio:testGreedy"),
                creatorRow<CTestFailingDef>("audio:testFailing"),
+               creatorRow<CTestWholeDef>("audio:testWhole"),
+               creatorRow<CTestSeqDef>("audio:testSeq"),
                creatorRow<CTestSinkDef>("audio:testSink")},
               "GraphTest.xml");
         env = &make<CAudioEnv>(*root.get(), "audio:audio-env", "env");

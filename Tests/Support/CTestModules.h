@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Audio/CAudioBlockPool.h"
+#include "Audio/CAudioParam.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CAudioProcessTerminal.h"
+#include "Audio/CModProcessSeq.h"
 
 #include <algorithm>
 #include <deque>
@@ -112,7 +114,47 @@ private:
     CAudioModuleParam fourth;
 };
 
-/// Keeps all that comes in: by port, then channel slot.
+/// Works all channels at once: they come out in the opposite order.
+class CTestWholeModule : public CAudioModule {
+public:
+    void processBlock()
+    {
+        for (int i = 0; i < getInputCount(); ++i)
+            getOutput(i).buffer = getInput(getInputCount() - 1 - i);
+    }
+};
+
+/// A chain of as many of its definition's "unit" as its parameter "length" says; they come in at
+/// the front and leave there.
+class CTestSeq : public CModProcessSeq {
+public:
+    ~CTestSeq() override { length->param->unsubscribe(length); }
+    CError* init() override
+    {
+        length = findParam("length").subscribe(&dirtyGroups, getParamsChangedFlag());
+        return CModProcessSeq::init();
+    }
+    void update() override
+    {
+        const int wanted = static_cast<int>(length->values->value(0, 0));
+        while (getChainLength() > wanted)
+            removeProcess(0);
+        while (getChainLength() < wanted) {
+            CPtr<CAudioProcessBase> unit;
+            handleError(createProcess(
+                unit, dynamic_cast<CAudioProcessDefBase&>(*getDefinition().findChild("unit")),
+                getContext(), this, getPath() + ".unit"));
+            insertProcess(0, std::move(unit));
+        }
+        CModProcessSeq::update();
+    }
+
+private:
+    CAudioParamSubscription* length = nullptr;
+    std::uint32_t dirtyGroups = 0;
+};
+
+/// Keeps all that comes in, unless it is deaf: by port, then channel slot.
 class CTestSink : public CAudioProcessBase {
 public:
     void update() override
@@ -122,24 +164,31 @@ public:
     }
     void process() override
     {
-        lengths.push_back(0);
+        lastLength = 0;
         if (!pull())
             return;
-        lengths.back() = getBlockLength();
+        lastLength = getBlockLength();
         for (const CAudioPort& port : getPorts())
-            for (int i = 0; i < port.getChannelCount(); ++i) {
-                const CAudioChannel& channel = port.getChannel(i);
-                auto& samples = heard[port.getIndex()][channel.channel];
-                const double* block = channel.buffer.read();
-                samples.insert(samples.end(), block, block + getBlockLength());
-            }
+            keep(port);
         releaseInputs();
     }
 
     std::map<int, std::map<std::uint32_t, std::vector<double>>> heard;
-    std::vector<int> lengths;
+    bool isDeaf = false;
+    int lastLength = 0;
     int updates = 0;
     int formats = 0;
+
+private:
+    void keep(const CAudioPort& port)
+    {
+        for (int i = 0; !isDeaf && i < port.getChannelCount(); ++i) {
+            const CAudioChannel& channel = port.getChannel(i);
+            auto& samples = heard[port.getIndex()][channel.channel];
+            const double* block = channel.buffer.read();
+            samples.insert(samples.end(), block, block + getBlockLength());
+        }
+    }
 };
 
 /// Refuses to start.
@@ -160,6 +209,8 @@ public:
 using CTestGainDef = CTestDef<CAudioProcessTerminal<CTestGainModule>>;
 using CTestDelayDef = CTestDef<CAudioProcessTerminal<CTestDelayModule>>;
 using CTestGreedyDef = CTestDef<CAudioProcessTerminal<CTestGreedyModule>>;
+using CTestWholeDef = CTestDef<CAudioProcessTerminal<CTestWholeModule>>;
+using CTestSeqDef = CTestDef<CTestSeq>;
 using CTestSinkDef = CTestDef<CTestSink>;
 using CTestFailingDef = CTestDef<CTestFailing>;
 
