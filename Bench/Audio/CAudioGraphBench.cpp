@@ -163,6 +163,7 @@ void passThroughChain(benchmark::State& state)
 void passThroughBareCalls(benchmark::State& state)
 {
     std::vector<std::unique_ptr<CBareStage>> stages;
+    stages.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < state.range(0); ++i)
         stages.push_back(std::make_unique<CBareStage>());
     CAudioBlockRef channels[2];

@@ -38,7 +38,7 @@ bool isAwake()
 
 class AMessageQueue : public testing::Test {
 protected:
-    ~AMessageQueue() override { CMessageQueue::dispatchPending(); }
+    void TearDown() override { CMessageQueue::dispatchPending(); }
     std::unique_ptr<CProbe> makeProbe()
     {
         return std::make_unique<CProbe>(

@@ -124,7 +124,7 @@ public:
     T stepDelay(T in, T fl)
     {
         ring[static_cast<std::size_t>(position)] = in;
-        ring[static_cast<std::size_t>(position + length)] = in;
+        ring[static_cast<std::size_t>(position) + static_cast<std::size_t>(length)] = in;
         const T p = center + position + fl * depth;
         const int k = static_cast<int>(p);
         // The claim that lets the kernels keep so little of the past.

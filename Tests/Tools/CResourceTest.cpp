@@ -20,7 +20,7 @@ TEST(TheResourceTable, HoldsTheCompiledDocument)
     for (const CResourceEntry* entry = kResourceTable; entry->data; ++entry) {
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(entry->data) % 16, 0u) << entry->name;
         const unsigned char* d = entry->data;
-        const std::size_t size = d[0] | (d[1] << 8) | (d[2] << 16) | (std::size_t{d[3]} << 24);
+        const std::size_t size = d[0] + 256u * (d[1] + 256u * (d[2] + 256u * d[3]));
         const std::string content(reinterpret_cast<const char*>(d + 4), size);
         EXPECT_TRUE(found.emplace(entry->name, content).second) << entry->name;
     }

@@ -7,6 +7,7 @@
 #include "Tools/music/CVoiceMath.h"
 
 #include <cassert>
+#include <cmath>
 
 namespace tsm {
 
@@ -83,7 +84,7 @@ CSoundBuffer CMusicMaker::make(double seconds, int rate)
     assert(seconds >= kMinSeconds && seconds <= kMaxSeconds);
     assert(rate >= kMinRate && rate <= kMaxRate);
     const auto frameAt = [rate](double time) {
-        return static_cast<std::size_t>(time * rate + 0.5);
+        return static_cast<std::size_t>(std::lround(time * rate));
     };
     CSoundBuffer music(rate, 2, frameAt(seconds));
     for (const CMusicSection& section : musicSections(seconds)) {

@@ -47,7 +47,7 @@ TEST(APostStage, LetsDirectCurrentFadeWithTheRollOffs20Hz)
     CTapePostRig post(CTapePostSettings{kRate, 0.5, 6.0, 6.0, 0});
     const CSignal out = post.process(CSignal(8000, 1.0));
     // One time constant behind the step (351 samples of the analog model), then a long way on.
-    const auto at = static_cast<std::size_t>(post.stage.getLatency() + 351);
+    const auto at = static_cast<std::size_t>(post.stage.getLatency()) + 351;
     EXPECT_NEAR(out[at], std::exp(-1.0), 0.002);
     EXPECT_LT(std::abs(out.back()), 1e-8);
 }

@@ -4,6 +4,7 @@
 #include "Tools/analyze/CSoundMeasure.h"
 #include "Tools/analyze/CToneMeasure.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace tsm {
@@ -12,7 +13,7 @@ namespace {
 
 std::size_t frameAt(double seconds, int rate)
 {
-    return static_cast<std::size_t>(seconds * rate + 0.5);
+    return static_cast<std::size_t>(std::lround(seconds * rate));
 }
 
 CSoundBuffer sectionOf(const CSoundBuffer& music, const CMusicSection& section)
