@@ -3,6 +3,7 @@
 #include "Core/CLog.h"
 #include "Core/CObjectContext.h"
 #include "Core/CResourceMap.h"
+#include "Core/CSystem.h"
 
 #include <cassert>
 
@@ -36,6 +37,8 @@ CError* CApplication::start(const CCreatorRow* rows, int rowCount, const CResour
                             const CString& documentName)
 {
     logLine("Initializing application...");
+    // Now, while a path that a host gave relative to its working folder still leads here.
+    (void)CSystem::getModuleFolder();
     for (int i = 0; i < rowCount; ++i)
         TSM_TRY(registerCreator(rows[i]));
     if (resources)

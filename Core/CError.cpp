@@ -51,11 +51,13 @@ CError* addError(CError* prior, const char* file, int line, const CString& conte
     return error;
 }
 
-void handleError(CError* error)
+bool handleError(CError* error)
 {
     const CPtr<CError> owned(error);
-    if (owned)
-        owned->log();
+    if (!owned)
+        return false;
+    owned->log();
+    return true;
 }
 
 } // namespace tsm

@@ -36,8 +36,9 @@ addError(CError* prior, const char* file, int line, const CString& context,
          const CString& p2 = CString::getEmpty(), const CString& p3 = CString::getEmpty(),
          const CString& p4 = CString::getEmpty(), const CString& p5 = CString::getEmpty());
 
-/// Ends an error in the log: writes all its lines and deletes it. Null is allowed. [any]
-void handleError(CError* error);
+/// Ends an error in the log: writes all its lines and deletes it. Null is allowed. Tells whether
+/// there was one. [any]
+bool handleError(CError* error);
 
 /// The context of errors made outside of an object; members of `CObject` see its full name instead.
 [[nodiscard]] inline const CString& errorContext()

@@ -131,6 +131,7 @@ CError* CInputStream::readCompressedData(CByteBuffer& out, std::uint32_t expecte
     CInputZipStream zip;
     TSM_TRY(zip.open(*this));
     TSM_TRY(readStepwise(zip, out, static_cast<int>(rawSize[0])));
+    TSM_TRY(zip.verifyEnd());
     TSM_TRY(zip.close());
     return nullptr;
 }

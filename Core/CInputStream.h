@@ -47,7 +47,8 @@ public:
     /// Reads a block of the zlib form: u32 id, u32 raw size, u32 Adler-32 of the raw size's bytes,
     /// a zlib stream (RFC 1950). The stream's end is read ahead of, so the block must be the last
     /// thing in its source. Memory grows with what the data really yield, whatever the raw size
-    /// claims. Errors: other id, damaged head, damaged or cut data, more than 2 GB.
+    /// claims. Errors: other id, damaged head, data that are damaged or cut or more than the raw
+    /// size, more than 2 GB.
     [[nodiscard]] CError* readCompressedData(CByteBuffer& out, std::uint32_t expectedId);
 
     /// Reads a block of the LZ4 form: u32 id, u32 raw size, u32 compressed size, u32 Adler-32 of

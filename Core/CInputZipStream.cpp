@@ -58,6 +58,32 @@ CError* CInputZipStream::read(void* buffer, int count)
     return nullptr;
 }
 
+CError* CInputZipStream::verifyEnd()
+{
+    if (!source)
+        TSM_FAIL("@tsmstr_CInputZipStream_read_NoStream Input stream not specified.");
+    std::uint8_t beyond = 0;
+    int code = Z_OK;
+    zip->next_out = &beyond;
+    zip->avail_out = 1;
+    for (;;) {
+        code = inflate(zip, Z_SYNC_FLUSH); // an end that was reached before is told again
+        const bool isHungry = code == Z_BUF_ERROR || (code == Z_OK && zip->avail_out > 0);
+        if (!isHungry)
+            break;
+        if (zip->avail_in == 0)
+            TSM_TRY(refill(*source));
+        if (zip->avail_in == 0)
+            TSM_FAIL("@tsmstr_CInputZipStream_read_EOF Premature end of file.");
+    }
+    if (zip->avail_out == 0)
+        TSM_FAIL("@tsmstr_CInputZipStream_verifyEnd_More More data than expected.");
+    if (code != Z_STREAM_END)
+        TSM_FAIL("@tsmstr_CInputZipStream_read_inflate zlib inflate error %1 (%2).", toString(code),
+                 zlibMessage());
+    return nullptr;
+}
+
 CError* CInputZipStream::refill(CInputStream& from)
 {
     int count = kBufferSize;

@@ -18,6 +18,9 @@ public:
 
     /// Errors: not open, damaged data, the stream yields less than `count` bytes.
     [[nodiscard]] CError* read(void* buffer, int count) override;
+    /// Behind the last read(): sees to it that the stream ends here and agrees with the check at
+    /// its end. Errors: not open, cut or damaged data, more data.
+    [[nodiscard]] CError* verifyEnd();
 
 private:
     [[nodiscard]] CError* refill(CInputStream& from);

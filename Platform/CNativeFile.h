@@ -14,6 +14,7 @@ public:
         ReadWrite, ///< created when missing
         Rewrite,   ///< write access; created when missing, emptied when not
         Append,    ///< write access; created when missing, positioned at the end
+        Create,    ///< write access; a file that exists is an error
     };
     enum class EStandard { Input, Output, Error };
 
@@ -35,6 +36,9 @@ public:
     [[nodiscard]] int read(void* buffer, std::int64_t count, std::int64_t& done);
     /// Writes `count` bytes; `done` tells how many went, also beside an error. [any]
     [[nodiscard]] int write(const void* buffer, std::int64_t count, std::int64_t& done);
+
+    /// Waits until what was written, and the file's size, are on the medium. [any]
+    [[nodiscard]] int flush();
 
     /// Moves to a byte counted from the beginning, or from here; behind the end is allowed. [any]
     [[nodiscard]] int seek(std::int64_t position);

@@ -24,6 +24,8 @@ int openFlags(CNativeFile::EMode mode) noexcept
         return O_WRONLY | O_CREAT | O_TRUNC;
     case CNativeFile::EMode::Append:
         return O_WRONLY | O_CREAT;
+    case CNativeFile::EMode::Create:
+        return O_WRONLY | O_CREAT | O_EXCL;
     case CNativeFile::EMode::Read:
         break;
     }
@@ -131,6 +133,14 @@ int CNativeFile::write(const void* buffer, std::int64_t count, std::int64_t& don
         else if (errno != EINTR)
             return errno;
     }
+    return 0;
+}
+
+int CNativeFile::flush()
+{
+    while (fdatasync(descriptor(handle)) != 0)
+        if (errno != EINTR)
+            return errno == EINVAL ? 0 : errno; // a file system or stream that keeps nothing back
     return 0;
 }
 

@@ -1,0 +1,13 @@
+#include "Core/CAppDataGroup.h"
+
+namespace tsm {
+
+CAppDataGroup::CAppDataGroup()
+    : CAppData({.subFolder = "Tessmark/Audio Plug-Ins/",
+                .moduleSubFolder = "",
+                .resourcePrefix = "AppDataGroup_",
+                .altSubFolder = ""})
+{
+}
+
+} // namespace tsm
