@@ -1,0 +1,285 @@
+#include "rsk/CDSPZeroLatencyConvolver.h"
+
+#include "Tests/Support/HeapAllocations.h"
+#include "Tests/rsk/CDSPBuildTest.h"
+#include "rsk/CDSPConvolverPhase.h"
+#include "rsk/CDSPPartitionPlan.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace tsm::rsk {
+namespace {
+
+using CSamples = std::vector<double>;
+
+std::size_t at(int index)
+{
+    return static_cast<std::size_t>(index);
+}
+
+CSamples noise(int count, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    CSamples samples(at(count));
+    for (double& sample : samples)
+        sample = uniform(random);
+    return samples;
+}
+
+/// Noise of which the sum of magnitudes is 1.0, so that the output's full scale is that of the
+/// input.
+CSamples impulse(int length, unsigned seed)
+{
+    CSamples taps = noise(length, seed);
+    double sum = 0.0;
+    for (const double tap : taps)
+        sum += std::abs(tap);
+    for (double& tap : taps)
+        tap /= sum;
+    return taps;
+}
+
+/// A sparse signal keeps the direct sum affordable: full-scale samples at uneven distances.
+CSamples clicks(int count)
+{
+    CSamples samples(at(count));
+    for (int i = 3, k = 0; i < count; i += 61 + 37 * (k++ % 11))
+        samples[at(i)] = k % 2 == 0 ? 1.0 : -0.75;
+    return samples;
+}
+
+CSamples convolveDirectly(const CSamples& in, const CSamples& taps)
+{
+    CSamples out(in.size());
+    for (std::size_t i = 0; i < in.size(); ++i)
+        if (in[i] != 0.0)
+            for (std::size_t k = 0; k < taps.size() && i + k < in.size(); ++k)
+                out[i + k] += in[i] * taps[k];
+    return out;
+}
+
+/// Blocks of that size; 0 for sizes that change all the time.
+CSamples run(CDSPZeroLatencyConvolver& convolver, const CSamples& in, int blockSize)
+{
+    CSamples out(in.size());
+    std::mt19937 random(11);
+    for (std::size_t done = 0; done < in.size();) {
+        const std::size_t wanted = blockSize > 0 ? at(blockSize) : 1 + random() % 512;
+        const std::size_t count = std::min(wanted, in.size() - done);
+        convolver.process(in.data() + done, out.data() + done, static_cast<int>(count));
+        done += count;
+    }
+    return out;
+}
+
+double worstDifference(const CSamples& a, const CSamples& b)
+{
+    double worst = 0.0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        worst = std::max(worst, std::abs(a[i] - b[i]));
+    return worst;
+}
+
+constexpr double kTolerance = 1e-12;
+
+TEST(APartitionPlan, CoversAnyLengthWithoutGap)
+{
+    for (int length = 1; length < 300000; length += 1 + length / 50) {
+        const CDSPPartitionPlan plan(length);
+        int tap = plan.headLength;
+        for (int i = 0; i < plan.stageCount; ++i) {
+            const CDSPPartitionPlan::CStage& stage = plan.stages[i];
+            EXPECT_EQ(stage.firstTap, tap);
+            EXPECT_EQ(2 * stage.firstTap, (5 << stage.order) + 2 * stage.delay);
+            tap += stage.partitions << stage.order;
+        }
+        EXPECT_GE(tap, length);
+        if (plan.stageCount > 0) {
+            EXPECT_LT(tap - (1 << plan.stages[plan.stageCount - 1].order), length);
+        }
+    }
+}
+
+TEST(APartitionPlan, ChangesBlockSizeWhereItShould)
+{
+    EXPECT_EQ(CDSPPartitionPlan(40).stageCount, 0);
+    EXPECT_EQ(CDSPPartitionPlan(41).stageCount, 1);
+    const CDSPPartitionPlan plan(65536);
+    const int starts[] = {40, 168, 680, 2728, 10920};
+    ASSERT_EQ(plan.stageCount, 5);
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(plan.stages[i].firstTap, starts[i]);
+        EXPECT_EQ(plan.stages[i].order, 4 + 2 * i);
+    }
+    EXPECT_EQ(CDSPPartitionPlan(65537).stages[0].order, 5);
+}
+
+TEST(AZeroLatencyConvolver, EqualsTheDirectSumRoundEveryBoundaryOfItsPlan)
+{
+    for (const int boundary : {1, 16, 40, 56, 168, 184, 680, 744, 2728, 2984, 10920, 11944})
+        for (const int length : {boundary - 1, boundary, boundary + 1}) {
+            if (length < 1)
+                continue;
+            SCOPED_TRACE(length);
+            CDSPZeroLatencyConvolver convolver(length % 8);
+            const CSamples taps = impulse(length, 1);
+            convolver.load(taps.data(), length, 1.0);
+            const CSamples in = clicks(length + 12000);
+            EXPECT_LT(worstDifference(run(convolver, in, 0), convolveDirectly(in, taps)),
+                      kTolerance);
+        }
+}
+
+TEST(AZeroLatencyConvolver, HasAllStagesOfBothPlans)
+{
+    for (const int length : {40000, 65536, 65537}) {
+        SCOPED_TRACE(length);
+        CDSPZeroLatencyConvolver convolver(5);
+        const CSamples taps = impulse(length, 2);
+        convolver.load(taps.data(), length, 0.5);
+        const CSamples in = clicks(length + 40000);
+        CSamples expected = convolveDirectly(in, taps);
+        for (double& sample : expected)
+            sample *= 0.5;
+        EXPECT_LT(worstDifference(run(convolver, in, 512), expected), kTolerance);
+    }
+}
+
+TEST(AZeroLatencyConvolver, SoundsTheSameInAllPhasesAndBlockSizes)
+{
+    const CSamples taps = impulse(4498, 3);
+    const CSamples in = clicks(9000);
+    const CSamples expected = convolveDirectly(in, taps);
+    for (int phase = 0; phase < CDSPConvolverPhase::kCount; ++phase)
+        for (const int blockSize : {1, 2, 15, 16, 17, 63, 64, 100, 511, 512, 3000}) {
+            SCOPED_TRACE(testing::Message() << phase << " in blocks of " << blockSize);
+            CDSPZeroLatencyConvolver convolver(phase);
+            convolver.load(taps.data(), 4498, 1.0);
+            EXPECT_LT(worstDifference(run(convolver, in, blockSize), expected), kTolerance);
+        }
+}
+
+TEST(AZeroLatencyConvolver, StartsAfreshAfterReset)
+{
+    const CSamples taps = impulse(4498, 4);
+    const CSamples in = noise(5000, 5);
+    CDSPZeroLatencyConvolver convolver(3);
+    convolver.load(taps.data(), 4498, 1.0);
+    const CSamples first = run(convolver, in, 100);
+    convolver.reset();
+    EXPECT_EQ(run(convolver, in, 100), first);
+}
+
+TEST(AZeroLatencyConvolver, TurnsToANewImpulseWithinItsLongestBlocks)
+{
+    for (const int nextLength : {30, 500, 4498, 20000, 70000}) {
+        SCOPED_TRACE(nextLength);
+        const CSamples before = impulse(4498, 6);
+        const CSamples after = impulse(nextLength, 7);
+        CDSPZeroLatencyConvolver convolver(1);
+        convolver.load(before.data(), 4498, 1.0);
+        const CSamples in = clicks(200000);
+        const std::size_t change = 5000;
+        CSamples out(in.size());
+        convolver.process(in.data(), out.data(), static_cast<int>(change));
+        convolver.load(after.data(), nextLength, 1.0);
+        convolver.process(in.data() + change, out.data() + change,
+                          static_cast<int>(in.size() - change));
+        // What a stage that is new can't know of the past has faded after the impulse's length.
+        const CSamples expected = convolveDirectly(in, after);
+        const std::size_t settled = change + at(nextLength) + 3 * 8192;
+        const CSamples tail(out.begin() + static_cast<std::ptrdiff_t>(settled), out.end());
+        const CSamples expectedTail(expected.begin() + static_cast<std::ptrdiff_t>(settled),
+                                    expected.end());
+        EXPECT_LT(worstDifference(tail, expectedTail), kTolerance);
+        for (const double sample : out)
+            ASSERT_LT(std::abs(sample), 2.5); // both impulses at full scale, never more
+    }
+}
+
+TEST(AZeroLatencyConvolver, AllocatesNothingWhileItRuns)
+{
+    const CSamples taps = impulse(20000, 8);
+    const CSamples in = noise(30000, 9);
+    CSamples out(in.size());
+    const int first = countHeapAllocations();
+    if (first < 0)
+        GTEST_SKIP() << "the heap is a sanitizer's";
+    CDSPZeroLatencyConvolver convolver(0);
+    convolver.load(taps.data(), 20000, 1.0);
+    const int before = countHeapAllocations();
+    EXPECT_GT(before, first) << "loading does";
+    convolver.process(in.data(), out.data(), 15000);
+    convolver.reset();
+    convolver.process(in.data(), out.data(), 15000);
+    EXPECT_EQ(countHeapAllocations(), before);
+    convolver.load(taps.data(), 19000, 1.0);
+    const int loaded = countHeapAllocations();
+    convolver.process(in.data(), out.data(), 15000);
+    EXPECT_EQ(countHeapAllocations(), loaded) << "turning to new taps";
+}
+
+TEST(AConvolverPhase, IsTheLeastUsedOne)
+{
+    std::vector<std::unique_ptr<CDSPConvolverPhase>> phases;
+    for (int i = 0; i < 9; ++i) {
+        phases.push_back(std::make_unique<CDSPConvolverPhase>());
+        EXPECT_EQ(phases.back()->get(), i % 8);
+    }
+    phases[5].reset();
+    EXPECT_EQ(CDSPConvolverPhase().get(), 5);
+    phases[6].reset();
+    EXPECT_EQ(CDSPConvolverPhase().get(), 5) << "the lowest of two unused ones";
+}
+
+class AConvolverKernel : public CDSPBuildTest {};
+
+TEST_P(AConvolverKernel, EqualsTheDirectSum)
+{
+    const CSamples taps = impulse(40, 1);
+    for (const int count : {1, 7, 8, 9, 63, 64, 65, 200}) {
+        CSamples in = noise(count, 2);
+        const CSamples expected = convolveDirectly(in, taps);
+        in.insert(in.begin(), 39, 0.0);
+        in.resize(in.size() + kKernelPad);
+        CSamples out(at(count));
+        kernels->convolveDirect(in.data() + 39, out.data(), count, taps.data(), 40);
+        EXPECT_LT(worstDifference(out, expected), 1e-15) << count;
+    }
+}
+
+TEST_P(AConvolverKernel, SumsProductsOfBins)
+{
+    constexpr int kHalf = 64;
+    const CSamples a[] = {noise(2 * kHalf, 1), noise(2 * kHalf, 2), noise(2 * kHalf, 3)};
+    const CSamples b[] = {noise(2 * kHalf, 4), noise(2 * kHalf, 5), noise(2 * kHalf, 6)};
+    const double* pa[] = {a[0].data(), a[1].data(), a[2].data()};
+    const double* pb[] = {b[0].data(), b[1].data(), b[2].data()};
+    CSamples expected(2 * kHalf);
+    for (int pair = 0; pair < 3; ++pair)
+        for (int k = 0; k < kHalf; ++k) {
+            const double x[] = {a[pair][at(k)], a[pair][at(kHalf + k)]};
+            const double y[] = {b[pair][at(k)], b[pair][at(kHalf + k)]};
+            expected[at(k)] += k == 0 ? x[0] * y[0] : x[0] * y[0] - x[1] * y[1];
+            expected[at(kHalf + k)] += k == 0 ? x[1] * y[1] : x[0] * y[1] + x[1] * y[0];
+        }
+    CSamples sum(2 * kHalf, 99.0);
+    for (const int first : {0, 8, 32})
+        kernels->sumProducts(pa, pb, 3, sum.data(), kHalf, first,
+                             first == 0   ? 8
+                             : first == 8 ? 32
+                                          : kHalf);
+    EXPECT_LT(worstDifference(sum, expected), 1e-15 * 8);
+}
+
+TSM_FOR_ALL_DSP_BUILDS(AConvolverKernel);
+
+} // namespace
+} // namespace tsm::rsk

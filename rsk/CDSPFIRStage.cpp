@@ -1,0 +1,78 @@
+#include "rsk/CDSPFIRStage.h"
+
+#include "rsk/CDSPRealFFTPool.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tsm::rsk {
+
+CDSPFIRStage::CDSPFIRStage(int order, const double* taps, int count)
+    : transform(CDSPRealFFTPool::get(order + 1)), block(1 << order), frame(2 * block),
+      output(2 * block)
+{
+    const double scale = 1.0 / (2 * block); // for the transforms, which have none
+    CAlignedArray<double> work(transform.getWorkCount());
+    for (int first = (count - 1) / block * block; first >= 0; first -= block) {
+        CSpectrum& filter = spectra.create(2 * block);
+        const int size = std::min(block, count - first);
+        for (int i = 0; i < size; ++i)
+            filter[i] = scale * taps[first + i];
+        transform.forwardSplit(filter.data(), filter.data(), work.data());
+        filters.add(filter.data());
+        gain += 2 * block * filter[0];
+        inputs.add(spectra.create(2 * block).data());
+    }
+}
+
+void CDSPFIRStage::start(double value) noexcept
+{
+    position = 0;
+    const int count = 2 * block;
+    for (double* input : inputs) {
+        std::fill_n(input, count, 0.0);
+        input[0] = value * 2 * block; // the spectrum of a frame of that value
+    }
+    std::fill_n(frame.data(), count, value);
+    std::fill_n(output.data(), count, value * gain);
+}
+
+void CDSPFIRStage::process(const double* in, double* out, int count, bool adds,
+                           double* work) noexcept
+{
+    while (count > 0) {
+        const int step = std::min(count, block - position);
+        const auto bytes = static_cast<std::size_t>(step) * sizeof(double);
+        std::memcpy(frame.data() + position, in, bytes);
+        const double* ready = output.data() + position;
+        if (adds)
+            for (int i = 0; i < step; ++i)
+                out[i] += ready[i];
+        else
+            std::memcpy(out, ready, bytes);
+        position += step;
+        if (position == block)
+            endBlock(work);
+        in += step;
+        out += step;
+        count -= step;
+    }
+}
+
+void CDSPFIRStage::endBlock(double* work) noexcept
+{
+    position = 0;
+    const int last = inputs.getCount() - 1;
+    double* newest = inputs[0];
+    std::memmove(inputs.data(), inputs.data() + 1,
+                 static_cast<std::size_t>(last) * sizeof(double*));
+    inputs[last] = newest;
+    transform.forwardSplit(frame.data(), newest, work);
+    std::memcpy(frame.data() + block, frame.data(),
+                static_cast<std::size_t>(block) * sizeof(double));
+    kernels.sumProducts(inputs.data(), filters.data(), filters.getCount(), output.data(), block, 0,
+                        block);
+    transform.inverseSplit(output.data(), output.data(), work);
+}
+
+} // namespace tsm::rsk

@@ -1,0 +1,162 @@
+#include "rsk/CDSPPartitionStage.h"
+
+#include "rsk/CDSPRealFFTPool.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+#include <utility>
+
+namespace tsm::rsk {
+
+namespace {
+
+std::size_t bytesOf(int count)
+{
+    return static_cast<std::size_t>(count) * sizeof(double);
+}
+
+} // namespace
+
+CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int offset, int extraDelay)
+    : transform(CDSPRealFFTPool::get(blockOrder + 1)), order(blockOrder), block(1 << blockOrder),
+      startOffset(offset), delay(extraDelay), frame(2 * block), sum(2 * block), finished(2 * block),
+      output(2 * block), delayLine(extraDelay)
+{
+    assert(offset >= 0 && 2 * offset < block);
+    reset();
+}
+
+void CDSPPartitionStage::load(const double* taps, int count, double gain, double* work)
+{
+    const int partitions = (count + block - 1) / block;
+    const double scale = gain / (2 * block); // for the transforms, which have none
+    CAlignedArray<double> padded(2 * block);
+    pending.clear();
+    for (int i = partitions - 1; i >= 0; --i) {
+        const int first = i * block;
+        const int size = std::min(block, count - first);
+        padded.clear();
+        for (int k = 0; k < size; ++k)
+            padded[k] = scale * taps[first + k];
+        CSpectrum& spectrum = pending.create(2 * block);
+        transform.forwardSplit(padded.data(), spectrum.data(), work);
+    }
+    hasPending = true;
+
+    // What came before the known past counts as silence.
+    while (history.getCount() < partitions) {
+        CSpectrum& spectrum = history.create(2 * block);
+        inputs.insert(0, spectrum.data());
+    }
+    filters.reserve(partitions);
+}
+
+void CDSPPartitionStage::takePending() noexcept
+{
+    // Nothing is freed here: what is replaced goes at the next load.
+    hasPending = false;
+    std::swap(filter, pending);
+    filters.clear();
+    for (const CSpectrum& spectrum : filter)
+        filters.add(spectrum.data());
+}
+
+void CDSPPartitionStage::reset() noexcept
+{
+    toBoundary = block - startOffset;
+    toOutput = block / 2 - startOffset;
+    binsDone = 0;
+    delayPosition = 0;
+    frame.clear();
+    sum.clear();
+    finished.clear();
+    output.clear();
+    delayLine.clear();
+    for (CSpectrum& spectrum : history)
+        spectrum.clear();
+    if (hasPending)
+        takePending();
+}
+
+void CDSPPartitionStage::process(const double* in, double* out, int count, double* work) noexcept
+{
+    while (count > 0) {
+        const int step = std::min({count, toBoundary, toOutput});
+        takeInput(in, step);
+        addOutput(out, step);
+        toBoundary -= step;
+        toOutput -= step;
+        sumBins(block - toBoundary);
+        if (toBoundary == 0)
+            endBlock(work);
+        if (toOutput == 0) {
+            transform.inverseSplit(finished.data(), output.data(), work);
+            toOutput = block;
+        }
+        in += step;
+        out += step;
+        count -= step;
+    }
+}
+
+void CDSPPartitionStage::takeInput(const double* in, int count) noexcept
+{
+    std::memcpy(frame.data() + block - toBoundary, in, bytesOf(count));
+}
+
+void CDSPPartitionStage::addOutput(double* out, int count) noexcept
+{
+    // The frame holds the present block in front of the one before, so what is valid of the
+    // circular convolution stands in front as well.
+    const double* ready = output.data() + block - toOutput;
+    if (delay == 0) {
+        for (int i = 0; i < count; ++i)
+            out[i] += ready[i];
+        return;
+    }
+    for (int i = 0; i < count;) {
+        const int run = std::min(count - i, delay - delayPosition);
+        double* line = delayLine.data() + delayPosition;
+        for (int k = 0; k < run; ++k) {
+            out[i + k] += line[k];
+            line[k] = ready[i + k];
+        }
+        i += run;
+        delayPosition += run;
+        if (delayPosition == delay)
+            delayPosition = 0;
+    }
+}
+
+void CDSPPartitionStage::sumBins(int end) noexcept
+{
+    // There are as many bins as samples in a block, taken in whole vectors.
+    end &= ~7;
+    if (end == binsDone || filters.isEmpty())
+        return;
+    const int partitions = filters.getCount();
+    kernels.sumProducts(inputs.data() + inputs.getCount() - partitions, filters.data(), partitions,
+                        sum.data(), block, binsDone, end);
+    binsDone = end;
+}
+
+void CDSPPartitionStage::endBlock(double* work) noexcept
+{
+    finished.swap(sum);
+    if (hasPending)
+        takePending();
+    if (!inputs.isEmpty()) {
+        double* oldest = inputs[0];
+        const int rest = inputs.getCount() - 1;
+        std::memmove(inputs.data(), inputs.data() + 1,
+                     static_cast<std::size_t>(rest) * sizeof(double*));
+        inputs[rest] = oldest;
+        transform.forwardSplit(frame.data(), oldest, work);
+    }
+    std::memcpy(frame.data() + block, frame.data(), bytesOf(block));
+    toBoundary = block;
+    binsDone = 0;
+}
+
+} // namespace tsm::rsk

@@ -1,0 +1,97 @@
+// The convolvers' inner loops over vectors of TSM_LANES doubles; compiled under the rules that
+// DSPVector.inl states.
+
+#include "rsk/DSPVector.inl"
+
+namespace tsm::rsk {
+
+namespace {
+
+/// Sums for `Count` vectors of bins from `at` on stay in registers over all pairs.
+template <int Count>
+TSM_INLINE void sumProductsAt(const double* const* a, const double* const* b, int pairCount,
+                              double* sum, int halfCount, int at)
+{
+    V sumRe[Count];
+    V sumIm[Count];
+    for (int i = 0; i < Count; ++i) {
+        sumRe[i] = V{};
+        sumIm[i] = V{};
+    }
+    for (int pair = 0; pair < pairCount; ++pair) {
+        const double* x = a[pair] + at;
+        const double* y = b[pair] + at;
+        for (int i = 0; i < Count; ++i) {
+            const V xRe = load(x + i * kLanes);
+            const V xIm = load(x + halfCount + i * kLanes);
+            const V yRe = load(y + i * kLanes);
+            const V yIm = load(y + halfCount + i * kLanes);
+            sumRe[i] += xRe * yRe;
+            sumRe[i] -= xIm * yIm;
+            sumIm[i] += xRe * yIm;
+            sumIm[i] += xIm * yRe;
+        }
+    }
+    for (int i = 0; i < Count; ++i) {
+        store(sum + at + i * kLanes, sumRe[i]);
+        store(sum + at + halfCount + i * kLanes, sumIm[i]);
+    }
+}
+
+void sumProducts(const double* const* a, const double* const* b, int pairCount, double* sum,
+                 int halfCount, int first, int end) noexcept
+{
+    // Two vectors fill the registers of the narrow builds; the wide one has an odd one out, since
+    // the bins come in eights.
+    int at = first;
+    for (; at + 2 * kLanes <= end; at += 2 * kLanes)
+        sumProductsAt<2>(a, b, pairCount, sum, halfCount, at);
+    for (; at < end; at += kLanes)
+        sumProductsAt<1>(a, b, pairCount, sum, halfCount, at);
+    if (first > 0)
+        return;
+    double zero = 0.0;
+    double nyquist = 0.0;
+    for (int pair = 0; pair < pairCount; ++pair) {
+        zero += a[pair][0] * b[pair][0];
+        nyquist += a[pair][halfCount] * b[pair][halfCount];
+    }
+    sum[0] = zero;
+    sum[halfCount] = nyquist;
+}
+
+/// `Count` vectors of outputs at once: as many sums hide the latency of the additions.
+template <int Count>
+TSM_INLINE void convolveAt(const double* in, double* out, const double* taps, int tapCount)
+{
+    V sums[Count];
+    for (int i = 0; i < Count; ++i)
+        sums[i] = V{};
+    for (int k = 0; k < tapCount; ++k) {
+        const V tap = spread(taps[k]);
+        for (int i = 0; i < Count; ++i)
+            sums[i] += tap * load(in - k + i * kLanes);
+    }
+    for (int i = 0; i < Count; ++i)
+        store(out + i * kLanes, sums[i]);
+}
+
+void convolveDirect(const double* in, double* out, int count, const double* taps,
+                    int tapCount) noexcept
+{
+    int at = 0;
+    for (; at + 8 * kLanes <= count; at += 8 * kLanes)
+        convolveAt<8>(in + at, out + at, taps, tapCount);
+    for (; at + 2 * kLanes <= count; at += 2 * kLanes)
+        convolveAt<2>(in + at, out + at, taps, tapCount);
+    for (; at < count; at += kLanes) {
+        double last[kLanes];
+        convolveAt<1>(in + at, last, taps, tapCount);
+        for (int i = 0; i < kLanes && at + i < count; ++i)
+            out[at + i] = last[i];
+    }
+}
+
+} // namespace
+
+} // namespace tsm::rsk
