@@ -1,0 +1,47 @@
+#include "Audio/Processes/CModInterpolator.h"
+
+#include "Audio/CAudioBlockPool.h"
+
+namespace tsm {
+
+namespace {
+
+void interpolate(const double* __restrict in, double* __restrict out, int count) noexcept
+{
+    for (int i = 0; i < count; ++i) {
+        out[2 * i] = 2.0 * in[i];
+        out[2 * i + 1] = 0.0;
+    }
+}
+
+} // namespace
+
+void CModInterpolator::update()
+{
+    if (!getInputsChanged())
+        return;
+    const CAudioPort& port = getPort(0);
+    CAudioFormat format;
+    format.sampleRate = 2.0 * getSampleRate();
+    for (int i = 0; i < port.getChannelCount(); ++i) {
+        const CAudioChannel& channel = port.getChannel(i);
+        format.add({channel.channel, channel.group, 2 * getInputLatency()});
+    }
+    publish(format);
+}
+
+void CModInterpolator::process()
+{
+    if (!pull())
+        return;
+    const CAudioPort& port = getPort(0);
+    const int length = getBlockLength();
+    for (int i = 0; i < port.getChannelCount(); ++i) {
+        CAudioBlockRef block = getPool().take(2 * length);
+        interpolate(port.getChannel(i).buffer.read(), block.write(), length);
+        send(i, block, 2 * length);
+    }
+    releaseInputs();
+}
+
+} // namespace tsm
