@@ -1,59 +1,70 @@
 #include "Tools/Support/CSoundBuffer.h"
 
-#include <sndfile.h>
+#include "Core/CPtr.h"
+#include "Tools/Support/CSoundFileReader.h"
+#include "Tools/Support/CSoundFileWriter.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace tsm {
 
 namespace {
 
-constexpr std::size_t kFramesAtOnce = 4096;
+constexpr int kFramesAtOnce = 4096;
 
-struct CCloseSoundFile {
-    void operator()(SNDFILE* file) const { sf_close(file); }
-};
-using CSoundFile = std::unique_ptr<SNDFILE, CCloseSoundFile>;
-
-bool fail(const std::filesystem::path& path, const std::string& reason, std::string& error)
+/// What the callers of this class show.
+bool succeed(CError* failure, std::string& error)
 {
-    error = path.string() + ": " + reason;
-    return false;
+    const CPtr<CError> owned(failure);
+    if (owned)
+        error = owned->getMessage().toUtf8();
+    return !owned;
 }
 
-/// Headers of unseekable or damaged files may tell any length, so the arrays grow with what comes.
-bool readFrames(SNDFILE* file, CSoundBuffer& sound)
+/// Headers may tell any length, so the arrays grow with what comes.
+CError* readChannels(CSoundFileReader& file, CSoundBuffer& sound)
 {
     const std::size_t channelCount = sound.channels.size();
     std::vector<double> mixed(kFramesAtOnce * channelCount);
-    for (;;) {
-        const sf_count_t count = sf_readf_double(file, mixed.data(), kFramesAtOnce);
-        if (count <= 0)
-            return true;
-        const auto frames = static_cast<std::size_t>(count);
-        if (sound.getFrameCount() + frames > CSoundBuffer::kMaxSamples / channelCount)
-            return false;
+    for (std::int64_t left = file.getFrameCount(); left > 0; left -= kFramesAtOnce) {
+        const auto count = static_cast<int>(std::min<std::int64_t>(left, kFramesAtOnce));
+        TSM_TRY(file.read(mixed.data(), count));
         for (std::size_t c = 0; c < channelCount; ++c)
-            for (std::size_t i = 0; i < frames; ++i)
+            for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i)
                 sound.channels[c].push_back(mixed[i * channelCount + c]);
     }
+    return nullptr;
 }
 
-bool writeFrames(SNDFILE* file, const CSoundBuffer& sound)
+CError* readFile(const std::string& path, CSoundBuffer& sound)
+{
+    CSoundFileReader file;
+    TSM_TRY(file.open(path));
+    const auto channelCount = static_cast<std::size_t>(file.getChannelCount());
+    if (static_cast<std::size_t>(file.getFrameCount()) > CSoundBuffer::kMaxSamples / channelCount)
+        TSM_FAIL("'%1' is too long to hold in memory", CString::fromUtf8(path));
+    CSoundBuffer fresh(file.getRate(), channelCount, 0);
+    TSM_TRY(readChannels(file, fresh));
+    sound = std::move(fresh);
+    return nullptr;
+}
+
+CError* writeFile(const std::string& path, const CSoundBuffer& sound)
 {
     const std::size_t channelCount = sound.channels.size();
+    const std::size_t total = sound.getFrameCount();
+    CSoundFileWriter file;
+    TSM_TRY(file.create(path, sound.rate, static_cast<int>(channelCount),
+                        static_cast<std::int64_t>(total), ESampleFormat::Int24));
     std::vector<double> mixed(kFramesAtOnce * channelCount);
-    for (std::size_t first = 0; first < sound.getFrameCount(); first += kFramesAtOnce) {
-        const std::size_t frames = std::min(kFramesAtOnce, sound.getFrameCount() - first);
+    for (std::size_t first = 0; first < total; first += kFramesAtOnce) {
+        const std::size_t count = std::min<std::size_t>(kFramesAtOnce, total - first);
         for (std::size_t c = 0; c < channelCount; ++c)
-            for (std::size_t i = 0; i < frames; ++i)
+            for (std::size_t i = 0; i < count; ++i)
                 mixed[i * channelCount + c] = sound.channels[c][first + i];
-        const auto count = static_cast<sf_count_t>(frames);
-        if (sf_writef_double(file, mixed.data(), count) != count)
-            return false;
+        TSM_TRY(file.write(mixed.data(), static_cast<int>(count)));
     }
-    return true;
+    return file.commit();
 }
 
 } // namespace
@@ -77,35 +88,12 @@ CSoundBuffer CSoundBuffer::slice(std::size_t first, std::size_t count) const
 
 bool CSoundBuffer::read(const std::filesystem::path& path, CSoundBuffer& sound, std::string& error)
 {
-    SF_INFO info{};
-    const CSoundFile file(sf_open(path.c_str(), SFM_READ, &info));
-    if (!file)
-        return fail(path, sf_strerror(nullptr), error);
-    if (info.channels < 1 || info.samplerate < 1)
-        return fail(path, "no channels or no sample rate", error);
-    CSoundBuffer fresh(info.samplerate, static_cast<std::size_t>(info.channels), 0);
-    if (!readFrames(file.get(), fresh))
-        return fail(path, "too long to hold in memory", error);
-    if (sf_error(file.get()) != SF_ERR_NO_ERROR)
-        return fail(path, sf_strerror(file.get()), error);
-    sound = std::move(fresh);
-    return true;
+    return succeed(readFile(path.string(), sound), error);
 }
 
 bool CSoundBuffer::write(const std::filesystem::path& path, std::string& error) const
 {
-    SF_INFO info{};
-    info.samplerate = rate;
-    info.channels = static_cast<int>(channels.size());
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_24;
-    CSoundFile file(sf_open(path.c_str(), SFM_WRITE, &info));
-    if (!file)
-        return fail(path, sf_strerror(nullptr), error);
-    sf_command(file.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
-    if (!writeFrames(file.get(), *this))
-        return fail(path, sf_strerror(file.get()), error);
-    const int code = sf_close(file.release());
-    return code == 0 || fail(path, sf_error_number(code), error);
+    return succeed(writeFile(path.string(), *this), error);
 }
 
 } // namespace tsm

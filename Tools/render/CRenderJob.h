@@ -1,14 +1,12 @@
 #pragma once
 
 #include "Core/CApplication.h"
-#include "Tools/render/CHostBlock.h"
+#include "Tools/Support/CHostBlock.h"
+#include "Tools/Support/CParamTimeline.h"
+#include "Tools/Support/CSoundRender.h"
 #include "Tools/render/CRenderOptions.h"
 #include "Tools/render/CRenderParams.h"
-#include "Tools/render/CRenderReport.h"
 #include "Tools/render/CRenderWrapper.h"
-#include "Tools/render/CSoundFileReader.h"
-#include "Tools/render/CSoundFileWriter.h"
-#include "Tools/render/CSoundLevels.h"
 
 #include <memory>
 
@@ -26,39 +24,22 @@ public:
     [[nodiscard]] CError* run();
 
 private:
-    /// A change of a parameter at a sample of the sound.
-    struct CTimedValue {
-        std::int64_t frame;
-        int index;
-        double value;
-    };
-
-    [[nodiscard]] CError* openInput();
     [[nodiscard]] CError* startEngine();
+    [[nodiscard]] CError* loadState();
+    [[nodiscard]] CError* chooseProgram();
+    [[nodiscard]] CError* saveState();
     [[nodiscard]] CError* applySettings();
     [[nodiscard]] CError* readAutomations();
     [[nodiscard]] CError* readAutomation(const CNamedText& automation);
     void startProcessing();
     [[nodiscard]] CError* render();
-    [[nodiscard]] CError* renderBlock(CHostBlock& block, std::int64_t position, int count);
-    [[nodiscard]] CError* readInput(std::int64_t position, int count);
-    void queueEvents(std::int64_t position, int count);
-    [[nodiscard]] CError* writeOutput(std::int64_t position, int count);
-    void finishReport();
 
     const CRenderOptions& options;
+    CSoundRender sound;
     CApplication application;
     std::unique_ptr<CRenderWrapper> wrapper; // goes before the application
     std::unique_ptr<CRenderParams> params;
-    CSoundFileReader input;
-    CSoundFileWriter output;
-    std::vector<CTimedValue> timeline; // by frame
-    std::size_t nextTimed = 0;
-    std::vector<double> frames; // one host block, interleaved
-    std::int64_t skipFrames = 0;
-    CSoundLevels inputLevels;
-    CSoundLevels outputLevels;
-    CRenderReport report;
+    CParamTimeline timeline;
 };
 
 } // namespace tsm

@@ -1,34 +1,15 @@
 #pragma once
 
-#include "Core/CError.h"
-#include "Tools/render/ESampleFormat.h"
-
-#include <string>
-#include <vector>
+#include "Tools/Support/CSoundOptions.h"
 
 namespace tsm {
 
-/// One "NAME=TEXT" of the command line.
-struct CNamedText {
-    CString name;
-    CString text;
-};
-
 /// What the command line asks for.
-struct CRenderOptions {
-    static constexpr int kMaxBlock = 65536;
-
-    std::string inPath;
-    std::string outPath;
-    std::vector<CNamedText> settings;    // parameters, in the order given
-    std::vector<CNamedText> automations; // the text holds the points
-    int blockSize = 512;
-    ESampleFormat format = ESampleFormat::Float32;
-    bool useFloatHost = false; // 32-bit host samples
-    bool isRaw = false;
-    bool isOffline = false;
+struct CRenderOptions : CSoundOptions {
     bool isList = false;
-    bool isJson = false;
+    std::string program; // a preset's name; empty for the one that an instance starts with
+    std::string loadStatePath;
+    std::string saveStatePath;
 
     /// Reads the command line. `isDone` is set when a help text was asked for and has been written
     /// to standard output. Errors: unknown options, bad values, missing files' names.

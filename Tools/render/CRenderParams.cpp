@@ -2,10 +2,10 @@
 
 #include "Audio/Converters/CAudioParamConverter.h"
 #include "Core/CText.h"
+#include "Tools/Support/CToolTable.h"
 #include "Tools/render/CParamTexts.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tsm {
 
@@ -26,33 +26,6 @@ CError* checkAvailable(const CString& name, double value)
 bool isList(const CAudioParamInfo& info)
 {
     return !info.shape.isSingleElement && info.defaults.getElementCount(0) > 1;
-}
-
-/// Counted in characters: the padding follows what a terminal shows.
-std::string padded(const CString& text, int width)
-{
-    const int missing = std::max(width - text.getLength(), 0);
-    return text.toUtf8() + std::string(static_cast<std::size_t>(missing), ' ');
-}
-
-constexpr int kColumnCount = 6;
-using CTableRow = std::array<CString, kColumnCount>;
-
-std::string layOut(const std::vector<CTableRow>& rows)
-{
-    std::array<int, kColumnCount> widths{};
-    for (const CTableRow& row : rows)
-        for (std::size_t column = 0; column < kColumnCount; ++column)
-            widths[column] = std::max(widths[column], row[column].getLength());
-    std::string table;
-    for (const CTableRow& row : rows) {
-        std::string line;
-        for (std::size_t column = 0; column < kColumnCount; ++column)
-            line += padded(row[column], widths[column]) + "  ";
-        line.erase(line.find_last_not_of(' ') + 1);
-        table += line + "\n";
-    }
-    return table;
 }
 
 } // namespace
@@ -135,7 +108,7 @@ void CRenderParams::noteSet(const CString& name)
 
 std::string CRenderParams::list() const
 {
-    std::vector<CTableRow> rows{
+    std::vector<CToolRow> rows{
         {CString("Name"), "Visual name", "Range", "Default", "Unit", "Present"}};
     CArray<CAudioParam*> params;
     collector.listParams(params);
@@ -148,7 +121,7 @@ std::string CRenderParams::list() const
         rows.push_back({param->getName().substring(prefixLength), info->visualName, texts.range(),
                         texts.defaults(), texts.unit(), texts.present()});
     }
-    return layOut(rows);
+    return layOutTable(rows);
 }
 
 std::vector<CNamedText> CRenderParams::getTextsOfSet() const

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# setup.sh build|check: installs what is missing of the Debian packages that the build, or also the
-# checks, need. Does nothing, and needs neither rights nor network, when all of it is there.
+# setup.sh build|check|hosts: installs what is missing of the Debian packages that the build, or also
+# the checks or the trials in real hosts, need. Does nothing, and needs neither rights nor network, when all of it is there.
 set -euo pipefail
 
-# Package, what needs it (the checks need the build's as well), reason.
+# Package, what needs it (the others need the build's as well), reason.
 packageList='
 build-essential     build  compiler and C++ library
 cmake               build  configures the build
@@ -20,6 +20,7 @@ libgtest-dev        build  the tests
 libgmock-dev        build  matchers of the tests
 libbenchmark-dev    build  the benchmarks
 libfftw3-dev        build  reference for transforms, tests and benchmarks only
+libsoxr-dev         build  reference for resampling, tests and benchmarks only
 gnuplot-nox         build  draws the spectra
 fonts-dejavu-core   build  letters in the drawing
 git                 check  lists the files to look at
@@ -28,6 +29,9 @@ clang-format        check  layout of the code
 clang-tidy          check  faults that compilers let pass
 codespell           check  spelling
 shellcheck          check  faults in shell scripts
+ardour              hosts  a host that loads VST 3 plug-ins
+sox                 hosts  makes and compares sounds
+python3             hosts  edits the sessions of the host
 '
 
 wanted()
@@ -56,8 +60,8 @@ aptGet()
 }
 
 group=${1:-build}
-if [[ $group != build && $group != check ]]; then
-    echo "usage: setup.sh build|check" >&2
+if [[ $group != build && $group != check && $group != hosts ]]; then
+    echo "usage: setup.sh build|check|hosts" >&2
     exit 2
 fi
 if ! command -v dpkg-query >/dev/null; then

@@ -1,4 +1,4 @@
-#include "Tests/Tools/render/CRenderCommand.h"
+#include "Tests/Tools/Support/CToolCommand.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ using testing::MatchesRegex;
 
 class RenderCommand : public testing::Test {
 protected:
-    CRenderCommand command;
+    CToolCommand command{TSM_RENDER_BINARY};
 };
 
 int countLines(const std::string& text)

@@ -1,0 +1,121 @@
+#include "Tools/hostlib/CVstProcessData.h"
+
+#include "Core/CText.h"
+
+#include <algorithm>
+
+namespace tsm {
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+
+CVstProcessData::CVstProcessData(const CVstInstance& instance, const CVstSetUp& setUp)
+    : owner(instance), format(setUp),
+      inputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
+      outputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
+      inputEvents(IPtr<CHostEvents>::owned(new CHostEvents)),
+      outputEvents(IPtr<CHostEvents>::owned(new CHostEvents))
+{
+    addBuses(kInput, inputRooms, inputs);
+    addBuses(kOutput, outputRooms, outputs);
+    data.processMode = format.isOffline ? kOffline : kRealtime;
+    data.symbolicSampleSize = format.isDouble ? kSample64 : kSample32;
+    data.numInputs = static_cast<int32>(inputs.size());
+    data.numOutputs = static_cast<int32>(outputs.size());
+    data.inputs = inputs.data();
+    data.outputs = outputs.data();
+    data.inputParameterChanges = inputChanges.get();
+    data.outputParameterChanges = outputChanges.get();
+    data.inputEvents = inputEvents.get();
+    data.outputEvents = outputEvents.get();
+    data.processContext = &context;
+    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid |
+                    ProcessContext::kTimeSigValid | ProcessContext::kContTimeValid |
+                    ProcessContext::kProjectTimeMusicValid;
+    context.sampleRate = format.rate;
+    context.tempo = 120.0;
+    context.timeSigNumerator = 4;
+    context.timeSigDenominator = 4;
+}
+
+void CVstProcessData::addBuses(BusDirection dir, std::vector<CBusRoom>& rooms,
+                               std::vector<AudioBusBuffers>& buffers)
+{
+    constexpr int32 kMaxBuses = 256;
+    constexpr int32 kMaxChannels = 64; // as many as an arrangement has bits
+    const int32 count = std::clamp(owner.getComponent().getBusCount(kAudio, dir), 0, kMaxBuses);
+    rooms.resize(static_cast<std::size_t>(count));
+    buffers.resize(static_cast<std::size_t>(count));
+    for (int32 i = 0; i < count; ++i) {
+        BusInfo info = {};
+        owner.getComponent().getBusInfo(kAudio, dir, i, info);
+        const int channelCount = std::clamp(info.channelCount, 0, kMaxChannels);
+        CBusRoom& room = rooms[static_cast<std::size_t>(i)];
+        const bool isMainOutput = dir == kOutput && i == 0 && !inputRooms.empty();
+        if (!isMainOutput)
+            room.block =
+                std::make_unique<CHostBlock>(channelCount, format.maxBlock, !format.isDouble);
+        point(room, isMainOutput ? *inputRooms[0].block : *room.block, dir, channelCount,
+              buffers[static_cast<std::size_t>(i)]);
+    }
+}
+
+void CVstProcessData::point(CBusRoom& room, const CHostBlock& block, BusDirection dir,
+                            int channelCount, AudioBusBuffers& buffers) const
+{
+    for (int channel = 0; channel < channelCount; ++channel) {
+        // The interface has no const; plug-ins may not write inputs.
+        void* const samples = dir == kInput ? const_cast<void*>(block.getInputs()[channel])
+                                            : block.getOutputs()[channel];
+        if (format.isDouble)
+            room.doubles.push_back(static_cast<Sample64*>(samples));
+        else
+            room.floats.push_back(static_cast<Sample32*>(samples));
+    }
+    buffers.numChannels = channelCount;
+    if (format.isDouble)
+        buffers.channelBuffers64 = room.doubles.data();
+    else
+        buffers.channelBuffers32 = room.floats.data();
+}
+
+void CVstProcessData::addPoint(ParamID id, int offset, double value)
+{
+    inputChanges->add(id, offset, value);
+}
+
+CError* CVstProcessData::process(double* frames, std::int64_t position, int count)
+{
+    CHostBlock* const block = inputRooms.empty() ? nullptr : inputRooms[0].block.get();
+    if (!block || outputRooms.empty())
+        TSM_FAIL("the plug-in has no main input or no main output");
+    block->setInput(frames, count);
+    data.numSamples = count;
+    context.projectTimeSamples = position;
+    context.continousTimeSamples = position;
+    context.projectTimeMusic = static_cast<double>(position) / format.rate * (context.tempo / 60.0);
+    TSM_TRY(call());
+    block->getOutput(frames, count);
+    return nullptr;
+}
+
+CError* CVstProcessData::flush()
+{
+    data.numSamples = 0;
+    return call();
+}
+
+CError* CVstProcessData::call()
+{
+    for (AudioBusBuffers& bus : outputs)
+        bus.silenceFlags = 0;
+    outputChanges->clear();
+    outputEvents->clear();
+    const tresult result = owner.getProcessor().process(data);
+    inputChanges->clear();
+    if (result != kResultOk)
+        TSM_FAIL("the plug-in failed to process a block (result %1)", toString(result));
+    return nullptr;
+}
+
+} // namespace tsm

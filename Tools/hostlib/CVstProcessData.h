@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Tools/Support/CHostBlock.h"
+#include "Tools/hostlib/CHostEvents.h"
+#include "Tools/hostlib/CHostParamChanges.h"
+#include "Tools/hostlib/CVstInstance.h"
+
+#include <memory>
+#include <vector>
+
+namespace tsm {
+
+/// The data of a plug-in's process call: buffers for every bus, parameter changes, events, and a
+/// transport that plays at 120 beats a minute.
+class CVstProcessData {
+public:
+    /// For an instance that is set up so; the main buses have equally many channels.
+    CVstProcessData(const CVstInstance& instance, const CVstSetUp& setUp);
+
+    /// Adds a point for the next call. [audio]
+    void addPoint(Steinberg::Vst::ParamID id, int offset, double value);
+    /// Processes interleaved frames of the main buses in place, and drops the points.
+    /// `position` is that of the first frame. Errors: the plug-in refuses. [audio]
+    [[nodiscard]] CError* process(double* frames, std::int64_t position, int count);
+    /// Hands the points over in a call without samples. Errors: as above. [audio]
+    [[nodiscard]] CError* flush();
+
+    /// Points that the plug-in gave back in the last call.
+    [[nodiscard]] CHostParamChanges& getOutputChanges() const { return *outputChanges; }
+
+private:
+    /// The channels of one bus as the interface wants them.
+    struct CBusRoom {
+        std::unique_ptr<CHostBlock> block; // null for the main output, which shares the input's
+        std::vector<Steinberg::Vst::Sample32*> floats;
+        std::vector<Steinberg::Vst::Sample64*> doubles;
+    };
+
+    void addBuses(Steinberg::Vst::BusDirection dir, std::vector<CBusRoom>& rooms,
+                  std::vector<Steinberg::Vst::AudioBusBuffers>& buffers);
+    void point(CBusRoom& room, const CHostBlock& block, Steinberg::Vst::BusDirection dir,
+               int channelCount, Steinberg::Vst::AudioBusBuffers& buffers) const;
+    [[nodiscard]] CError* call();
+
+    const CVstInstance& owner;
+    CVstSetUp format;
+    std::vector<CBusRoom> inputRooms;
+    std::vector<CBusRoom> outputRooms;
+    std::vector<Steinberg::Vst::AudioBusBuffers> inputs;
+    std::vector<Steinberg::Vst::AudioBusBuffers> outputs;
+    Steinberg::IPtr<CHostParamChanges> inputChanges;
+    Steinberg::IPtr<CHostParamChanges> outputChanges;
+    Steinberg::IPtr<CHostEvents> inputEvents;
+    Steinberg::IPtr<CHostEvents> outputEvents;
+    Steinberg::Vst::ProcessContext context = {};
+    Steinberg::Vst::ProcessData data = {};
+};
+
+} // namespace tsm
