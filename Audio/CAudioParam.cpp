@@ -3,7 +3,9 @@
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamFilter.h"
 #include "Audio/CParamListener.h"
+#include "Audio/CParamTap.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -11,14 +13,14 @@ namespace tsm {
 
 CAudioParamLock::CAudioParamLock(const CAudioParam& target) : param(target)
 {
-    param.getCollector().raiseHold(CAudioParamCollector::EHold::Transaction);
+    param.getCollector().getUpdates().raiseHold();
     hasFilterLock = param.enterLock();
 }
 
 CAudioParamLock::~CAudioParamLock()
 {
     param.leaveLock(hasFilterLock);
-    param.getCollector().releaseHold(CAudioParamCollector::EHold::Transaction);
+    param.getCollector().getUpdates().releaseHold();
 }
 
 CAudioParam::CAudioParam(CAudioParamCollector& owner, const CString& fullName)
@@ -98,6 +100,23 @@ void CAudioParam::setValues(std::int32_t group, std::int32_t firstElement, const
     for (int i = 0; i < elementCount * present->shape.elementSize; ++i)
         change.values.add(newValues[i]);
     applyChange(change, source, context);
+}
+
+void CAudioParam::setValue(std::int32_t group, std::int32_t element, double newValue,
+                           const void* source, CAudioParamContext* context)
+{
+    const CAudioParamInfo* present = info.load();
+    if (!present)
+        return;
+    if (present->shape.elementSize == 1) {
+        setValues(group, element, &newValue, 1, source, context);
+        return;
+    }
+    double numbers[kMaxParamElementSize] = {newValue};
+    CAudioParamLock hold(*this);
+    for (int i = 1; i < present->shape.elementSize; ++i)
+        numbers[i] = values.value(group, element, 0.0, i);
+    setValues(group, element, numbers, 1, source, context);
 }
 
 void CAudioParam::setText(std::int32_t group, std::int32_t element, const CString& newText,
@@ -182,6 +201,8 @@ void CAudioParam::makeChange(CAudioParamChange& change, const void* source,
     recordAfter(change, context);
     ++serial;
     ++collector.changeCount;
+    for (int i = 0; i < taps.getCount(); ++i)
+        taps[i]->onChangeMade(source, *this, change);
     collector.notifyChange(source, *this, change);
     if (filters.isEmpty()) {
         addRecord(change, *context.batch);
@@ -306,6 +327,7 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
     TSM_TRY(values.load(stream, isForAll ? -1 : group, name, changes));
     if (changes.isEmpty())
         return nullptr;
+    clampToLimits(changes);
     CAudioParamBatch own;
     CAudioParamContext local = context ? *context : CAudioParamContext();
     if (!local.batch)
@@ -322,6 +344,20 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
         applyChange(change, source, &local);
     collector.queueRecords(own);
     return nullptr;
+}
+
+// A damaged number would reach the loudspeakers as it is.
+void CAudioParam::clampToLimits(COwnedArray<CAudioParamChange>& changes) const
+{
+    const CAudioParamInfo& present = *info.load();
+    if (present.shape.dataType != EAudioParamType::Number)
+        return;
+    for (CAudioParamChange& change : changes)
+        for (int i = 0; i < change.values.getCount(); ++i) {
+            const auto [low, high] = std::minmax(present.minValues[i % present.shape.elementSize],
+                                                 present.maxValues[i % present.shape.elementSize]);
+            change.values[i] = std::clamp(change.values[i], low, high);
+        }
 }
 
 void CAudioParam::addListener(CParamListener& listener)
@@ -378,6 +414,13 @@ void CAudioParam::removeFilter(CAudioParamFilter& filter)
     const int index = filters.indexOf(&filter);
     if (index >= 0)
         filters.remove(index);
+}
+
+void CAudioParam::removeTap(CParamTap& tap)
+{
+    const int index = taps.indexOf(&tap);
+    if (index >= 0)
+        taps.remove(index);
 }
 
 } // namespace tsm

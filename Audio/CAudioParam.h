@@ -15,6 +15,7 @@ class CAudioParamCollector;
 class CAudioParamFilter;
 class CAudioParamLock;
 class CParamListener;
+class CParamTap;
 struct CAudioParamRecord;
 
 /// A live parameter. It is made once by its collector, lives as long as that, and is never removed.
@@ -24,8 +25,8 @@ struct CAudioParamRecord;
 /// belongs to the audio thread. A parameter without a description ignores changes and reads as
 /// the caller's default.
 ///
-/// The order of a change: undo image, values, second image, record for the engine, notification
-/// (kept until the locks are released), filters.
+/// The order of a change: undo image, values, second image, taps, notification (kept until the
+/// locks are released), record for the engine, filters.
 class CAudioParam : public CCheckedObject, public CTsmMemAllocator {
 public:
     /// Used by the collector.
@@ -52,12 +53,9 @@ public:
     void setValues(std::int32_t group, std::int32_t firstElement, const double* newValues,
                    std::int32_t elementCount, const void* source = nullptr,
                    CAudioParamContext* context = nullptr, bool complete = false);
-    /// Sets one number.
+    /// Sets the first number of one element; others that it has stay.
     void setValue(std::int32_t group, std::int32_t element, double newValue,
-                  const void* source = nullptr, CAudioParamContext* context = nullptr)
-    {
-        setValues(group, element, &newValue, 1, source, context);
-    }
+                  const void* source = nullptr, CAudioParamContext* context = nullptr);
     void setText(std::int32_t group, std::int32_t element, const CString& newText,
                  const void* source = nullptr, CAudioParamContext* context = nullptr);
     void setRaw(std::int32_t group, std::int32_t element, const void* bytes, int count,
@@ -86,13 +84,18 @@ public:
     [[nodiscard]] CError* saveValues(COutputStream& stream) const;
     [[nodiscard]] CError* saveValues(COutputStream& stream, std::int32_t group) const;
     /// Replaces the values, of all groups (kAllParamGroups) or of one, by saved ones; a group that
-    /// was held and isn't saved is emptied. See CAudioParamStorage::load for what doesn't fit. On
-    /// an error nothing has changed.
+    /// was held and isn't saved is emptied; numbers are brought inside the limits. See
+    /// CAudioParamStorage::load for what doesn't fit. On an error nothing has changed.
     [[nodiscard]] CError* loadValues(CInputStream& stream, std::int32_t group, const void* source,
                                      CAudioParamContext* context);
 
     /// Enters a listener for this parameter's changes. [any]
     void addListener(CParamListener& listener);
+
+    /// Enters one who is told within each change; the caller holds the lock. It leaves before it
+    /// goes.
+    void addTap(CParamTap& tap) { taps.add(&tap); }
+    void removeTap(CParamTap& tap);
 
     // Process side [audio], or [setup] with no audio thread
 
@@ -138,6 +141,7 @@ private:
     void addRecord(CAudioParamChange& change, CAudioParamBatch& batch);
     void addAllRecords(CAudioParamBatch& batch);
     void runFilters(const CAudioParamChange& change, CAudioParamContext& context);
+    void clampToLimits(COwnedArray<CAudioParamChange>& changes) const;
     void setItem(std::int32_t group, std::int32_t element, CPtr<CAudioParamDataItem> item,
                  const void* source, CAudioParamContext* context);
 
@@ -150,6 +154,7 @@ private:
     CAudioParamStorage values;
     CAudioParamStorage initial;
     CArray<CAudioParamFilter*, 2> filters;
+    CArray<CParamTap*, 2> taps;
 
     CArray<CAudioParamSubscription*, 4> subscriptions; // audio thread
     CAudioParamStorage processValues;                  // audio thread

@@ -1,7 +1,7 @@
 #include "Audio/CAudioParamCollector.h"
 
 #include "Audio/CAudioEnv.h"
-#include "Audio/CPendingParamUpdate.h"
+#include "Audio/CSharedParam.h"
 
 #include <cassert>
 #include <utility>
@@ -12,10 +12,7 @@ CAudioParamCollector::CAudioParamCollector() = default;
 
 CAudioParamCollector::~CAudioParamCollector()
 {
-    while (CPendingParamUpdate* update = pendingHead) {
-        pendingHead = update->next;
-        delete update;
-    }
+    sharedParams.clear(); // other instances write to parameters through them
     for (const auto& entry : params)
         delete entry.value;
 }
@@ -66,6 +63,47 @@ const CAudioParamInfo& CAudioParamCollector::adoptInfo(CPtr<CAudioParamInfo> inf
 {
     CLockScope hold(mapLock);
     return ownInfos.add(info.release());
+}
+
+void CAudioParamCollector::addSharedParam(const CString& fullName, CAppData& store,
+                                          const CString& dataName)
+{
+    CAudioParam& param = findOrCreate(fullName);
+    CSharedParam* made = nullptr;
+    {
+        CLockScope hold(mapLock);
+        for (const CSharedParam& shared : sharedParams)
+            if (shared.isTie(param, store, dataName))
+                return;
+        made = &sharedParams.create(param, store, dataName);
+    }
+    made->start();
+}
+
+void CAudioParamCollector::addRegistry(CAudioParamRegistry& registry, const CString& hierarchy)
+{
+    const CLockScope hold(registriesLock);
+    int place = 0;
+    while (place < registries.getCount() &&
+           registries[place].hierarchyLength >= hierarchy.getLength())
+        ++place;
+    registries.insert(place, {&registry, hierarchy.getLength()});
+}
+
+void CAudioParamCollector::removeRegistry(CAudioParamRegistry& registry)
+{
+    const CLockScope hold(registriesLock);
+    for (int i = registries.getCount() - 1; i >= 0; --i)
+        if (registries[i].registry == &registry)
+            registries.remove(i);
+}
+
+void CAudioParamCollector::listRegistries(CArray<CAudioParamRegistry*>& list) const
+{
+    const CLockScope hold(registriesLock);
+    list.clear();
+    for (const CRegistryEntry& entry : registries)
+        list.add(entry.registry);
 }
 
 void CAudioParamCollector::queueBatch(CAudioParamBatch& batch)
@@ -132,71 +170,14 @@ void CAudioParamCollector::notifyChange(const void* source, CAudioParam& param,
 {
     const std::uint64_t key = listenerKey(param);
     if (notifier.hasListeners(key))
-        addPending(new CPendingParamChange(notifier, source, key, param, change));
+        updates.add(CPtr<CPendingParamChange>(
+            new CPendingParamChange(notifier, source, key, param, change)));
 }
 
 void CAudioParamCollector::addHostUpdate(CAudioExtParamHostBridge& bridge, std::int32_t index,
                                          double normalised)
 {
-    addPending(new CPendingHostUpdate(bridge, index, normalised));
-    deliverPending();
-}
-
-void CAudioParamCollector::raiseHold(EHold hold)
-{
-    CLockScope guard(notificationLock);
-    ++(hold == EHold::Transaction ? transactionHolds : registryHolds);
-}
-
-void CAudioParamCollector::releaseHold(EHold hold)
-{
-    {
-        CLockScope guard(notificationLock);
-        std::int32_t& holds = hold == EHold::Transaction ? transactionHolds : registryHolds;
-        assert(holds > 0);
-        --holds;
-    }
-    deliverPending();
-}
-
-void CAudioParamCollector::addPending(CPendingParamUpdate* update)
-{
-    CLockScope guard(notificationLock);
-    (pendingTail ? pendingTail->next : pendingHead) = update;
-    pendingTail = update;
-}
-
-// One thread at a time, and an outer call goes on with what listeners cause: so what is told stays
-// in the order of the changes, and nobody waits for another's listeners.
-void CAudioParamCollector::deliverPending()
-{
-    {
-        CLockScope guard(notificationLock);
-        if (isDelivering || !pendingHead)
-            return;
-        isDelivering = true;
-    }
-    for (;;) {
-        const CPtr<CPendingParamUpdate> update(takePending());
-        if (!update)
-            return;
-        update->deliver();
-    }
-}
-
-// The next update; null, and the end of the delivery, when there is none or it has to wait.
-CPendingParamUpdate* CAudioParamCollector::takePending()
-{
-    CLockScope guard(notificationLock);
-    CPendingParamUpdate* update = pendingHead;
-    if (!update || transactionHolds > 0 || registryHolds > 0) {
-        isDelivering = false;
-        return nullptr;
-    }
-    pendingHead = update->next;
-    if (!pendingHead)
-        pendingTail = nullptr;
-    return update;
+    updates.addForHost(CPtr<CPendingHostUpdate>(new CPendingHostUpdate(bridge, index, normalised)));
 }
 
 } // namespace tsm

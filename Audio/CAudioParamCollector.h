@@ -2,6 +2,7 @@
 
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioParamBatch.h"
+#include "Audio/CParamUpdateQueue.h"
 #include "Core/CObject.h"
 #include "Core/CUpdateNotifier.h"
 
@@ -11,8 +12,10 @@
 namespace tsm {
 
 class CAudioEnv;
+class CAppData;
 class CAudioExtParamHostBridge;
-class CPendingParamUpdate;
+class CAudioParamRegistry;
+class CSharedParam;
 
 /// The live parameters of one plug-in instance by full name, their queue to the audio thread, and
 /// what is to be told of their changes.
@@ -20,9 +23,6 @@ class CPendingParamUpdate;
 /// Lock order: filter lock, a parameter's lock, notification lock or environment's lock.
 class CAudioParamCollector : public CObject {
 public:
-    /// Why notifications wait.
-    enum class EHold : std::uint8_t { Transaction, Registry };
-
     CAudioParamCollector();
     ~CAudioParamCollector() override;
 
@@ -43,8 +43,21 @@ public:
     void listParams(CArray<CAudioParam*>& params) const;
     /// Keeps a description that no document owns as long as the parameters. [any]
     const CAudioParamInfo& adoptInfo(CPtr<CAudioParamInfo> info);
+    /// Ties a parameter to the item `dataName` of a store from here on: it takes the stored value,
+    /// and either follows the other. The same tie again changes nothing. The store outlives the
+    /// collector. [any] Not from a listener or under a lock, and never on the audio thread, since
+    /// it waits for the disk.
+    void addSharedParam(const CString& fullName, CAppData& store, const CString& dataName);
     /// All changes of all parameters so far. [any]
     [[nodiscard]] std::uint64_t getChangeCount() const noexcept { return changeCount.load(); }
+
+    // Registries
+
+    /// Enters a registry, which leaves before either ends. [setup]
+    void addRegistry(CAudioParamRegistry& registry, const CString& hierarchy);
+    void removeRegistry(CAudioParamRegistry& registry);
+    /// All registries, those of the longest hierarchies first. [any]
+    void listRegistries(CArray<CAudioParamRegistry*>& list) const;
 
     // The road to the audio thread
 
@@ -61,15 +74,18 @@ public:
 
     // Notifications
 
-    /// Keeps notifications back until the matching releaseHold(). [any]
-    void raiseHold(EHold hold);
-    /// With the last hold, delivers what is pending, in the order of the changes, unless another
-    /// thread or an outer call is at it. The caller holds no parameter's lock. [any]
-    void releaseHold(EHold hold);
-    /// Has the host told of a value when the holds are gone. `bridge` lives until then. [any]
+    /// What listeners and the host are to be told.
+    [[nodiscard]] CParamUpdateQueue& getUpdates() noexcept { return updates; }
+    /// Has the host told of a value, on this thread, when the thread's holds are gone. `bridge`
+    /// lives until then. [any]
     void addHostUpdate(CAudioExtParamHostBridge& bridge, std::int32_t index, double normalised);
 
 private:
+    struct CRegistryEntry {
+        CAudioParamRegistry* registry;
+        int hierarchyLength;
+    };
+
     friend class CAudioParam;
     friend class CAudioParamFilter;
 
@@ -78,16 +94,16 @@ private:
     void notifyChange(const void* source, CAudioParam& param, const CAudioParamChange& change);
     [[nodiscard]] static std::uint64_t listenerKey(const CAudioParam& param) noexcept;
     void resendChanged(const CMap<CAudioParam*, std::uint64_t>& sent);
-    void addPending(CPendingParamUpdate* update);
-    void deliverPending();
-    [[nodiscard]] CPendingParamUpdate* takePending();
 
     CTarget<CAudioEnv*> env;
     mutable CCriticalSection mapLock{4000};
     CMap<CString, CAudioParam*> params;
     COwnedArray<CAudioParamInfo> ownInfos;
+    COwnedArray<CSharedParam> sharedParams;
     std::atomic<std::uint64_t> changeCount = 0;
     CCriticalSection filterLock{50};
+    mutable CCriticalSection registriesLock{4000};
+    CArray<CRegistryEntry> registries; // the longest hierarchies first
 
     // Guarded by the environment's lock.
     CAudioParamBatch queue;
@@ -97,29 +113,22 @@ private:
     CAudioParamBatch applied;
 
     CUpdateNotifier notifier;
-    CCriticalSection notificationLock{50};
-    std::int32_t transactionHolds = 0;
-    std::int32_t registryHolds = 0;
-    bool isDelivering = false;
-    CPendingParamUpdate* pendingHead = nullptr;
-    CPendingParamUpdate* pendingTail = nullptr;
+    CParamUpdateQueue updates;
 };
 
 /// Keeps a collector's notifications back for a scope.
 class CAudioParamHold {
 public:
-    CAudioParamHold(CAudioParamCollector& target, CAudioParamCollector::EHold reason)
-        : collector(target), hold(reason)
+    explicit CAudioParamHold(CAudioParamCollector& collector) : updates(collector.getUpdates())
     {
-        collector.raiseHold(hold);
+        updates.raiseHold();
     }
-    ~CAudioParamHold() { collector.releaseHold(hold); }
+    ~CAudioParamHold() { updates.releaseHold(); }
     CAudioParamHold(const CAudioParamHold&) = delete;
     CAudioParamHold& operator=(const CAudioParamHold&) = delete;
 
 private:
-    CAudioParamCollector& collector;
-    CAudioParamCollector::EHold hold;
+    CParamUpdateQueue& updates;
 };
 
 } // namespace tsm

@@ -4,6 +4,7 @@
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterDef.h"
 #include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioParamSharedStorage.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CAudioProcessStack.h"
 #include "Audio/CParamName.h"
@@ -53,6 +54,11 @@ CError* CAudioProcessBase::registerParams()
         if (!param.getInfo())
             param.attachInfo(entry.def->getInfo());
     }
+    // Behind the parameters, so that the stored values have somewhere to go, and before the
+    // filters, which then begin with them.
+    for (const auto& entry : definition->getSharedStorages())
+        context.collector->addSharedParam(resolveName(entry.relativeName, ownerPath),
+                                          entry.def->getStore(), entry.def->getDataName());
     for (const CAudioParamFilterDef* def : definition->getFilterDefs()) {
         CPtr<CAudioParamFilter> filter;
         if (CError* error = def->makeFilter(filter, this, *context.collector, ownerPath))

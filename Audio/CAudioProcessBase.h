@@ -45,8 +45,8 @@ public:
     void place(const CAudioProcessDefBase& def, const CAudioProcessContext& newContext,
                CAudioProcessBase* parentProcess, const CString& path,
                const CAudioProcessPlace& where);
-    /// Takes remaps, parameters and filters from the definition; for processes that aren't
-    /// elements of another at the same path. Errors: those of the filters.
+    /// Takes remaps, parameters, stored settings and filters from the definition; for processes
+    /// that aren't elements of another at the same path. Errors: those of the filters.
     [[nodiscard]] CError* registerParams();
 
     /// Connects an output port of `source` (null: from outside) to an input port of `target`.

@@ -3,6 +3,7 @@
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterDef.h"
 #include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioParamSharedStorage.h"
 
 namespace tsm {
 
@@ -43,6 +44,10 @@ void CAudioProcessDefBaseInit::takeChild(CObject& child, const CString& scope)
         entry.relativeName = scope + lastName(child);
     } else if (const auto* filter = dynamic_cast<const CAudioParamFilterDef*>(&child)) {
         filterDefs.add(filter);
+    } else if (const auto* storage = dynamic_cast<const CAudioParamSharedStorage*>(&child)) {
+        CNamedStorage& entry = sharedStorages.create();
+        entry.def = storage;
+        entry.relativeName = scope + storage->getParamName();
     }
 }
 

@@ -8,15 +8,21 @@ namespace tsm {
 class CAudioParamDef;
 class CAudioParamFilterDef;
 class CAudioParamRemapDef;
+class CAudioParamSharedStorage;
 
 /// What a process definition says in its children: parameters, their slots in modules, names that
-/// are sent on, filters. Children of a `core:object` count too, under the object's name; it is a
-/// scope of names and no process.
+/// are sent on, stored settings, filters. Children of a `core:object` count too, under the object's
+/// name; it is a scope of names and no process.
 class CAudioProcessDefBaseInit : public CObject {
 public:
     struct CNamedParam : CTsmMemAllocator {
         const CAudioParamDef* def = nullptr;
         CString relativeName; // ".name" or ".scope.name"
+    };
+
+    struct CNamedStorage : CTsmMemAllocator {
+        const CAudioParamSharedStorage* def = nullptr;
+        CString relativeName; // of the parameter, as above
     };
 
     /// Collects the children; of two slots with one index the later counts.
@@ -40,6 +46,10 @@ public:
     {
         return paramDefs;
     }
+    [[nodiscard]] const COwnedArray<CNamedStorage>& getSharedStorages() const noexcept
+    {
+        return sharedStorages;
+    }
 
 private:
     void takeChild(CObject& child, const CString& scope);
@@ -49,6 +59,7 @@ private:
     CArray<const CAudioParamRemapDef*> remaps;
     CArray<const CAudioParamFilterDef*> filterDefs;
     COwnedArray<CNamedParam> paramDefs;
+    COwnedArray<CNamedStorage> sharedStorages;
 };
 
 /// The last component of an object's full name.

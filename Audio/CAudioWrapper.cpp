@@ -1,14 +1,23 @@
 #include "Audio/CAudioWrapper.h"
 
+#include "Audio/CAudioCCTable.h"
 #include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParamList.h"
+#include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioParamCollector.h"
+#include "Audio/CAudioParamRegistry.h"
+#include "Audio/CAudioParamUndoStep.h"
 #include "Audio/CExclusiveScope.h"
 #include "Audio/CParamListener.h"
 #include "Audio/CParamLists.h"
+#include "Audio/CPresetDataIds.h"
 #include "Core/CApplication.h"
 #include "Core/CLog.h"
+#include "Core/CMemoryReader.h"
 #include "Core/CText.h"
+#include "Core/CWriteSeqBuffer.h"
 #include "Platform/CFloatControl.h"
+#include "Platform/CThreadId.h"
 
 #include <algorithm>
 #include <cassert>
@@ -38,6 +47,21 @@ bool areSameTexts(const COwnedArray<CString>& a, const COwnedArray<CString>& b)
     return isSame;
 }
 
+/// Has nobody told of changes on this thread: hosts and listeners may keep it up.
+class CRealtimeScope {
+public:
+    explicit CRealtimeScope(CParamUpdateQueue& queue) noexcept : updates(queue)
+    {
+        updates.setRealtimeThread(currentThreadId());
+    }
+    ~CRealtimeScope() { updates.setRealtimeThread(0); }
+    CRealtimeScope(const CRealtimeScope&) = delete;
+    CRealtimeScope& operator=(const CRealtimeScope&) = delete;
+
+private:
+    CParamUpdateQueue& updates;
+};
+
 void silence(const CHostOutput& output, int first, int length)
 {
     for (int channel = 0; channel < output.getChannelCount(); ++channel)
@@ -60,11 +84,31 @@ private:
     CAudioWrapper& owner;
 };
 
+/// Hears of another current program, or another name of it.
+class CAudioWrapper::CProgramChangeListener : public CUpdateListener {
+public:
+    explicit CProgramChangeListener(CAudioWrapper& wrapper) : owner(wrapper)
+    {
+        attach(owner.paramRegistry, CAudioParamRegistry::kProgramChange);
+    }
+    ~CProgramChangeListener() override { attach(nullptr); }
+    void onUpdate(const CUpdateMessage& message) override
+    {
+        // The host knows of the programs that it chose itself.
+        if (message.sender != &owner && owner.isReady)
+            owner.onProgramChange();
+    }
+
+private:
+    CAudioWrapper& owner;
+};
+
 CAudioWrapper::CAudioWrapper() = default;
 
 CAudioWrapper::~CAudioWrapper()
 {
     assert(!isInside);
+    programListener.reset();
     windowSizeListener.reset();
     graph.destroy();
     root.reset();
@@ -81,6 +125,8 @@ CError* CAudioWrapper::init()
     loadWindowSize();
     if (switches.useWindowResizing)
         watchWindowSize();
+    bindHost();
+    settings.readEngine();
     setOffline(false);
     const double end = secondsNow();
     logFormat("CAudioWrapper init time: %.4f s @ %.4f s", end - begin, end);
@@ -113,13 +159,28 @@ CError* CAudioWrapper::resolveObjects()
     TSM_TRY(root->findObjectChecked(paramCollector, "plugin.param-collector"));
     // The document should have said so; the queue can't do without.
     paramCollector->setEnv(audioEnv);
-    return nullptr;
+    TSM_TRY(root->findObjectChecked(interfaceBase, "plugin.interface-base"));
+    TSM_TRY(root->findObjectChecked(extParamList, "plugin.ext-param-list"));
+    TSM_TRY(root->findObjectChecked(ccTable, "plugin.cctable"));
+    return root->findObjectChecked(paramRegistry, "plugin.param-registry");
+}
+
+void CAudioWrapper::bindHost()
+{
+    paramRegistry->setRoutingProvider(this);
+    for (int i = 0; i < extParamList->getCount(); ++i) {
+        CAudioExtParam& param = (*extParamList)[i];
+        param.setHostBridge(this, i);
+        extParamIndices[&param.getParam()][param.getElement() << 8 | param.getGroup()] = i;
+    }
 }
 
 void CAudioWrapper::afterInit()
 {
-    startProcessing();
-    stopProcessing();
+    interfaceBase->setDataProvider(this);
+    programListener.reset(new CProgramChangeListener(*this));
+    paramRegistry->applyInitial();
+    settle();
     isReady = true;
 }
 
@@ -135,6 +196,7 @@ void CAudioWrapper::loadWindowSize()
 {
     // Without a display there is no monitor to measure.
     constexpr int kNoMonitor = 0;
+    settings.readEditor();
     editorSize.chooseScale(settings, kNoMonitor, kNoMonitor);
     updateWindowSize();
 }
@@ -306,8 +368,31 @@ void CAudioWrapper::importChannelLabels(const COwnedArray<CString>& names)
         const CAudioParamLock lock(*params.inChannelNames);
         readParamTexts(*params.inChannelNames, present);
     }
-    if (!areSameTexts(names, present))
-        writeParamTexts(*params.inChannelNames, names, this, nullptr);
+    if (areSameTexts(names, present))
+        return;
+    const CAudioParamUndoStep step(interfaceBase, "Channel label import");
+    CAudioParamContext context;
+    context.undo = step.getRecorder();
+    writeParamTexts(*params.inChannelNames, names, this, &context);
+}
+
+// State
+
+CError* CAudioWrapper::saveState(COutputStream& stream)
+{
+    CWriteSeqBuffer buffer;
+    TSM_TRY(paramRegistry->acquirePreset(false, -1, -1, buffer));
+    CByteBuffer preset;
+    buffer.takeData(preset);
+    return stream.writeCompressedData(preset, kPresetDataId);
+}
+
+CError* CAudioWrapper::loadState(CInputStream& stream)
+{
+    CByteBuffer preset;
+    TSM_TRY(stream.readCompressedData(preset, kPresetDataId));
+    CMemoryReader reader(preset);
+    return paramRegistry->activatePreset(reader, false, -1, true);
 }
 
 // Processing
@@ -334,6 +419,19 @@ void CAudioWrapper::stopProcessing()
         return;
     primeGraph();
     graph.reset();
+}
+
+void CAudioWrapper::settle()
+{
+    bool isRunning = false;
+    {
+        const CLockScope lock(audioEnv->lock);
+        isRunning = audioEnv->isProcessing;
+    }
+    if (isRunning)
+        return;
+    startProcessing();
+    stopProcessing();
 }
 
 void CAudioWrapper::queueParamEvent(std::uint32_t offset, std::int32_t index, double value) noexcept
@@ -366,6 +464,7 @@ void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs
     assert(count >= 0);
     const CFloatControl floatControl;
     const CExclusiveScope scope(isInside);
+    const CRealtimeScope realtime(paramCollector->getUpdates());
     const int formerLatency = audioEnv->latency;
     applyFormat();
     events.rewind();
@@ -385,19 +484,20 @@ void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs
     events.clear();
 }
 
-void CAudioWrapper::applyFormat()
+bool CAudioWrapper::applyFormat()
 {
     int channelCount = 0;
     double rate = 0.0;
     {
         const CLockScope lock(audioEnv->lock);
         if (!formatChanged)
-            return;
+            return false;
         formatChanged = false;
         channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
         rate = audioEnv->sampleRate;
     }
     graph.publishInput(channelCount, rate);
+    return true;
 }
 
 bool CAudioWrapper::dispatchEvents(int position, int& length)

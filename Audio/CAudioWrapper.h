@@ -18,7 +18,13 @@
 
 namespace tsm {
 
+class CAudioCCTable;
 class CAudioEnv;
+class CAudioExtParamList;
+class CAudioInterfaceBase;
+class CAudioParamRegistry;
+class CInputStream;
+class COutputStream;
 
 /// One instance of the product between a plug-in format and the engine.
 ///
@@ -52,8 +58,8 @@ public:
     /// A queued parameter change is due; what the index means is the format's. [audio]
     virtual void onParamEvent(const CParamEvent& event);
 
-    /// Once, behind init(): one pass through the graph, so that the latency is known. Edits reach
-    /// the host from here on. [control]
+    /// Once, behind init(): applies what an instance starts with, and makes one pass through the
+    /// graph, so that the latency is known. Edits reach the host from here on. [control]
     void afterInit();
     /// Takes the window's size from the settings and the parameter. [control]
     void loadWindowSize();
@@ -76,6 +82,9 @@ public:
     /// processBlock().
     void startProcessing();
     void stopProcessing();
+    /// Has an engine that stands still take all pending changes at once, so that its latency is
+    /// known and nothing of the former sound fades into the next start. [control]
+    void settle();
     /// The host bounces, or plays. [control | audio]
     void setOffline(bool isOffline);
     /// The host's tempo; without effect in a product that doesn't use it. [control | audio]
@@ -95,6 +104,13 @@ public:
 
     /// The graph's delay in samples; the answer takes back the hint of setLatencyChanged(). [any]
     [[nodiscard]] int queryLatency();
+    /// Writes the instance's complete state: one compressed block with a preset. Errors: the
+    /// stream's. [control], also while sound runs
+    [[nodiscard]] CError* saveState(COutputStream& stream);
+    /// Applies a state. Errors: damaged data and the state of another product, with nothing
+    /// changed; damaged values of a parameter, with those before it applied. [control], likewise
+    [[nodiscard]] CError* loadState(CInputStream& stream);
+
     /// Samples for which the sound goes on behind its input. [any]
     [[nodiscard]] int getTailSamples();
 
@@ -102,6 +118,8 @@ public:
     {
         return *paramCollector;
     }
+    [[nodiscard]] CAudioParamRegistry& getParamRegistry() const noexcept { return *paramRegistry; }
+    [[nodiscard]] CAudioExtParamList& getExtParamList() const noexcept { return *extParamList; }
     [[nodiscard]] CAudioEnv& getEnvironment() const noexcept { return *audioEnv; }
     [[nodiscard]] const CProductData& getProduct() const noexcept { return product; }
     [[nodiscard]] const CProductSwitches& getSwitches() const noexcept { return switches; }
@@ -123,13 +141,21 @@ public:
     void importChannelLabels(const COwnedArray<CString>& names) override;
     void updateRouting(CAudioParamContext* context) override;
 
+protected:
+    /// Gives the graph the host's format, if that has changed, and tells whether it has. [audio]
+    bool applyFormat();
+    /// True when edits may go to the host. [any]
+    [[nodiscard]] bool getIsReady() const noexcept { return isReady; }
+
 private:
+    class CProgramChangeListener;
     class CWinSizeParamListener;
     using CExtParamIndices = CMap<std::int32_t, std::int32_t>; // (element << 8 | group) to index
 
     [[nodiscard]] CError* createTree();
     [[nodiscard]] CError* readProject();
     [[nodiscard]] CError* resolveObjects();
+    void bindHost();
     void watchWindowSize();
     void onMainWindowSize();
     bool updateWindowSize();
@@ -138,7 +164,6 @@ private:
 
     [[nodiscard]] bool setRunning(bool run);
     void primeGraph();
-    void applyFormat();
     [[nodiscard]] bool dispatchEvents(int position, int& length);
     void takeChanges(bool isBlockStart, int length);
     void processSubBlock(const void* const* inputs, const CHostOutput& output, int done,
@@ -152,6 +177,10 @@ private:
     CObject* audioDefs = nullptr; // shared
     CAudioEnv* audioEnv = nullptr;
     CAudioParamCollector* paramCollector = nullptr;
+    CAudioInterfaceBase* interfaceBase = nullptr;
+    CAudioExtParamList* extParamList = nullptr;
+    CAudioCCTable* ccTable = nullptr;
+    CAudioParamRegistry* paramRegistry = nullptr;
     CProductData product;
     CProductSwitches switches;
     CWrapperSettings settings;
@@ -174,6 +203,7 @@ private:
     std::atomic<bool> isLatencyChanged = false;
     CEditorSize editorSize;
     CPtr<CWinSizeParamListener> windowSizeListener;
+    CPtr<CProgramChangeListener> programListener;
     CCriticalSection routingLock{4000};
 };
 

@@ -1,5 +1,8 @@
 add_library(tsm_params STATIC
+    CAudioCCTable.cpp
     CAudioEnv.cpp
+    CAudioExtParam.cpp
+    CAudioExtParamList.cpp
     CAudioParam.cpp
     CAudioParamBatch.cpp
     CAudioParamChange.cpp
@@ -16,6 +19,7 @@ add_library(tsm_params STATIC
     CAudioParamInfo.cpp
     CAudioParamInfoStream.cpp
     CAudioParamRemapDef.cpp
+    CAudioParamSharedStorage.cpp
     CAudioParamStorage.cpp
     CAudioParamStorageStream.cpp
     CAudioParamStorageText.cpp
@@ -24,7 +28,9 @@ add_library(tsm_params STATIC
     CParamName.cpp
     CParamRemapTable.cpp
     CParamStateNames.cpp
-    CPendingParamUpdate.cpp
+    CParamUpdateQueue.cpp
+    CPendingParamChange.cpp
+    CSharedParam.cpp
     Converters/CAudioParamConverter.cpp
     Converters/CAudioParamConverterEnum.cpp
     Converters/CAudioParamConverterFreq.cpp

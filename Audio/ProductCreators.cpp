@@ -1,12 +1,18 @@
 #include "Audio/ProductCreators.h"
 
+#include "Audio/CAudioCCTable.h"
 #include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParam.h"
+#include "Audio/CAudioExtParamList.h"
+#include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioParamAllocDef.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
 #include "Audio/CAudioParamFilterBypassOSDef.h"
+#include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioParamSharedStorage.h"
 #include "Audio/CAudioProcessBypassStateDef.h"
 #include "Audio/CAudioProcessDef.h"
 #include "Audio/CAudioProcessLinkDef.h"
@@ -17,13 +23,20 @@
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Audio/Converters/CAudioParamConverterText.h"
 #include "Audio/Converters/CAudioParamConverterTime.h"
+#include "Audio/Filters/CAudioFilterFIRLPGen.h"
+#include "Audio/Filters/CAudioFilterGenArray.h"
+#include "Audio/Filters/CAudioFilterGenArrayItem.h"
+#include "Audio/Filters/CAudioFilterHBFGen.h"
 #include "Audio/Processes/CModBypassDef.h"
 #include "Audio/Processes/CModGainDef.h"
+#include "Audio/Processes/CModLatencyUniformerDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutputDef.h"
 #include "Audio/Processes/CModReelpathDef.h"
 #include "Audio/Processes/CModReelpathPostDef.h"
+#include "Core/CAttrDoubler.h"
 #include "Core/CResourceEntry.h"
+#include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
 
 namespace tsm {
@@ -31,10 +44,14 @@ namespace tsm {
 namespace {
 
 constexpr CCreatorRow kCreators[] = {
+    creatorRow<CAttrDoubler>("core:attr-doubler"),
     creatorRow<CObject>("core:object"),
+    creatorRow<CSharedAttribute>("core:shared-attribute"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
+    creatorRow<CAudioCCTable>("audio:cctable"),
+    creatorRow<CAudioInterfaceBase>("audio:interface-base"),
     creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),
     creatorRow<CAudioParamConverterFreq>("audio:cvt-freq"),
     creatorRow<CAudioParamConverterGain>("audio:cvt-gain"),
@@ -42,18 +59,28 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
     creatorRow<CAudioParamConverterText>("audio:cvt-text"),
     creatorRow<CAudioParamConverterTime>("audio:cvt-time"),
+    creatorRow<CAudioExtParam>("audio:ext-param"),
+    creatorRow<CAudioExtParamList>("audio:ext-param-list"),
     creatorRow<CAudioParamDef>("audio:param"),
     creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
     creatorRow<CAudioParamCollector>("audio:param-collector"),
     creatorRow<CAudioParamFilterBypassGroupSoloDef>("audio:param-filter-bypass-group-solo"),
     creatorRow<CAudioParamFilterBypassOSDef>("audio:param-filter-bypass-os"),
+    creatorRow<CAudioParamRegistry>("audio:param-registry"),
     creatorRow<CAudioParamRemapDef>("audio:param-remap"),
+    creatorRow<CAudioParamSharedStorage>("audio:param-shared-storage"),
+
+    creatorRow<CAudioFilterFIRLPGen>("audio:fltgen-firlp"),
+    creatorRow<CAudioFilterGenArray>("audio:fltgen-array"),
+    creatorRow<CAudioFilterGenArrayItem>("audio:fltgen-array-item"),
+    creatorRow<CAudioFilterHBFGen>("audio:fltgen-hbf"),
 
     creatorRow<CAudioProcessBypassStateDef>("audio:process-bypass-state"),
     creatorRow<CAudioProcessDef>("audio:process-def"),
     creatorRow<CAudioProcessLinkDef>("audio:process-link"),
     creatorRow<CModBypassDef>("audio:modBypass"),
     creatorRow<CModGainDef>("audio:modGain"),
+    creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
     creatorRow<CModNodeDef>("audio:modNode"),
     creatorRow<CModOutputDef>("audio:modOutput"),
     creatorRow<CModReelpathDef>("audio:modReelpath"),

@@ -10,9 +10,10 @@ add_library(tsm_wrapper STATIC
     CRoutingState.cpp
     CRoutingUpdate.cpp
     CWrapperGraph.cpp
-    CWrapperParams.cpp)
-target_link_libraries(tsm_wrapper PUBLIC tsm_processes)
+    CWrapperParams.cpp
+    CWrapperSettings.cpp)
+target_link_libraries(tsm_wrapper PUBLIC tsm_processes tsm_registry)
 
 # The product: what its definition documents create, and the documents.
 add_library(tsm_product STATIC ProductCreators.cpp)
-target_link_libraries(tsm_product PUBLIC tsm_wrapper PRIVATE tsm_resources)
+target_link_libraries(tsm_product PUBLIC tsm_filters tsm_wrapper PRIVATE tsm_resources)

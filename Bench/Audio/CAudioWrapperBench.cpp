@@ -1,5 +1,6 @@
 #include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Support/ResidentMemory.h"
 #include "Core/CApplication.h"
 
 #include <benchmark/benchmark.h>
@@ -10,8 +11,6 @@
 #include <memory>
 #include <random>
 #include <vector>
-
-#include <unistd.h>
 
 namespace tsm {
 namespace {
@@ -40,18 +39,6 @@ std::unique_ptr<CBenchWrapper> makeInstance()
     wrapper->setOutputFormat({2, true, false});
     wrapper->afterInit();
     return wrapper;
-}
-
-/// Bytes of this process in memory.
-double residentBytes()
-{
-    long pages = 0;
-    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%*d %ld", &pages) != 1)
-            pages = 0;
-        std::fclose(file);
-    }
-    return static_cast<double>(pages) * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 /// A stereo instance at 44.1 kHz on loud noise, in per cent of a core at the speed of the sound.

@@ -46,4 +46,26 @@ TEST_F(TheAudioThread, TakesChangesWithoutASystemAllocation)
         << "the count works";
 }
 
+TEST_F(TheAudioThread, WritesHostParametersWithoutASystemAllocation)
+{
+    param("gain", {});
+    CAudioExtParam* gain = nullptr;
+    ASSERT_OK(create(gain, *root->findChild("plugin"), "audio:ext-param", "p",
+                     {{"param-collector", "plugin.param-collector"},
+                      {"param-name", "plugin.modMain.gain"},
+                      {"ext-name", "Gain"}}));
+    setProcessing(true);
+    takeChanges();
+    gain->setNormalized(0.1); // the allocator's pool has blocks of all sizes from here on
+    takeChanges();
+    EXPECT_EQ(allocationsOf([&] {
+                  for (int i = 0; i < 100; ++i) {
+                      gain->setNormalized(0.001 * i);
+                      takeChanges();
+                  }
+              }),
+              0);
+    EXPECT_NEAR(param("gain").getProcessValues().value(0, 0), 9.9, 1e-12);
+}
+
 } // namespace tsm

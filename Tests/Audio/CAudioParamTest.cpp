@@ -302,7 +302,7 @@ TEST_F(AParameter, TellsItsListenersInOrderWhenTheLocksAreGone)
     EXPECT_EQ(heard, (CStrings{"a1", "b1", "a2", "b2"}));
     heard.clear();
     {
-        CAudioParamHold hold(*collector, CAudioParamCollector::EHold::Registry);
+        CAudioParamHold hold(*collector);
         gain->setValue(0, 0, 3.0);
         EXPECT_TRUE(heard.empty());
         second.attach(nullptr);

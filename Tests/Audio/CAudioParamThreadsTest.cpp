@@ -1,3 +1,5 @@
+#include "Audio/CParamTap.h"
+#include "Platform/CThreadId.h"
 #include "Tests/Support/CParamTree.h"
 
 #include <atomic>
@@ -49,6 +51,32 @@ protected:
     }
 
     std::function<void()> onBlock = [] {};
+};
+
+thread_local std::int32_t hostCaller = -1;
+
+/// Counts by the index, which is the number of the thread that made the change.
+class CCountingHost : public CAudioExtParamHostBridge {
+public:
+    void performEdit(std::int32_t index, double) override
+    {
+        ++counts[index];
+        strangers += index != hostCaller;
+    }
+    void onProgramChange() override {}
+    void beginEdit(std::int32_t) override {}
+    void endEdit(std::int32_t) override {}
+    int counts[3] = {};
+    std::atomic<int> strangers = 0;
+};
+
+class CHostTap : public CParamTap {
+public:
+    void onChangeMade(const void*, const CAudioParam& param, const CAudioParamChange&) override
+    {
+        param.getCollector().addHostUpdate(*host, hostCaller, param.getValues().value(0, 0));
+    }
+    CCountingHost* host = nullptr;
 };
 
 } // namespace
@@ -153,7 +181,12 @@ TEST_F(AudioParamThreads, MayListenAndLeaveDuringChanges)
             gain.setValue(0, 0, i);
         }
     });
-    EXPECT_GT(heard.load(), 0);
+    // Whether a short-lived one is told before it leaves is chance; who listens now is told.
+    heard = 0;
+    CListenerRecorder last([&](CAudioParam&, const CAudioParamChange&) { ++heard; });
+    gain.addListener(last);
+    gain.setValue(0, 0, 1.0);
+    EXPECT_EQ(heard.load(), 1);
 }
 
 TEST_F(AudioParamThreads, FindTheSameParameter)
@@ -167,6 +200,47 @@ TEST_F(AudioParamThreads, FindTheSameParameter)
         }
     });
     EXPECT_EQ(collector->getParamCount(), 100);
+}
+
+// Hosts tie an edit to the call that they are in, so each thread tells its own.
+TEST_F(AudioParamThreads, TellTheHostOfTheirOwnChangesOnly)
+{
+    CCountingHost host;
+    CHostTap tap;
+    tap.host = &host;
+    CAudioParam& gain = param("gain", {});
+    {
+        const CAudioParamLock hold(gain);
+        gain.addTap(tap);
+    }
+    runBeside(3, [&](int worker) {
+        hostCaller = worker;
+        for (int i = 0; i < kRounds; ++i) {
+            const int before = host.counts[worker];
+            gain.setValue(0, 0, i);
+            EXPECT_EQ(host.counts[worker], before + 1) << "told before the call returns";
+        }
+    });
+    EXPECT_EQ(host.strangers, 0);
+    gain.removeTap(tap);
+}
+
+TEST_F(AudioParamThreads, LeaveListenersToThoseWhoMayWait)
+{
+    CAudioParam& gain = param("gain", {});
+    std::vector<std::uint32_t> tellers;
+    CListenerRecorder listener(
+        [&](CAudioParam&, const CAudioParamChange&) { tellers.push_back(currentThreadId()); });
+    gain.addListener(listener);
+    std::thread engine([&] {
+        collector->getUpdates().setRealtimeThread(currentThreadId());
+        gain.setValue(0, 0, 1.0);
+        collector->getUpdates().setRealtimeThread(0);
+    });
+    engine.join();
+    EXPECT_TRUE(tellers.empty());
+    gain.setValue(0, 0, 2.0);
+    EXPECT_EQ(tellers, std::vector<std::uint32_t>(2, currentThreadId()));
 }
 
 } // namespace tsm

@@ -81,6 +81,29 @@ TEST_F(AProcessTree, FindsLocalDefinitionsOfProcessesThatStandElsewhere)
     EXPECT_EQ(value("plugin.modMain.other.name.gain"), 6.0);
 }
 
+TEST_F(AProcessTree, TakesStoredSettingsBeforeItsFilters)
+{
+    CAppData& store = CAppData::getStore(CAppData::EStore::Group);
+    store.writeText("process-test-solo", "1", nullptr);
+    store.writeText("process-test-deep", "8", nullptr);
+    const auto shared = [](const char* name, const char* key) {
+        return node("audio:param-shared-storage", "",
+                    {{"param", name}, {"data-name", key}, {"storage-type", "group"}});
+    };
+    startGraph(chain({node("audio:testFilter", "", {{"src", "solo"}, {"dst", "bypass"}}),
+                      shared("solo", "process-test-solo"), shared("bare", "process-test-bare"),
+                      node("core:object", "io", {},
+                           {param("deep", "3", kGlobal), shared("deep", "process-test-deep")}),
+                      param("solo", "0", kGlobal), param("bypass", "1", kGlobal)}));
+    EXPECT_EQ(value("plugin.modMain.solo"), 1.0);
+    EXPECT_EQ(value("plugin.modMain.bypass"), 0.0);
+    EXPECT_EQ(value("plugin.modMain.io.deep"), 8.0);
+    ASSERT_NE(collector->find("plugin.modMain.bare"), nullptr);
+    EXPECT_FALSE(collector->find("plugin.modMain.bare")->hasValues());
+    set("solo", 0.0);
+    EXPECT_EQ(store.readText("process-test-solo", ""), "0");
+}
+
 TEST_F(AProcessTree, MakesItsFiltersAndEndsThem)
 {
     startGraph(chain({param("solo", "0", kGlobal), param("bypass", "0", kGlobal),

@@ -127,6 +127,7 @@ TEST_F(AChain, FadesFromOneTapeToTheNext)
     CSetting after = before;
     after.recGain = 4.0;
 
+    apply(before);
     wrapper->eventParams = {&wrapper->param("modReelpath.recgain")};
     begin();
     const CChannel in = noise(4000, 0.7);

@@ -373,7 +373,9 @@ TEST_F(AnInstance, AdaptsItsRoutingToTheHostUntilAUserTouchesIt)
     };
     nameChannels({"Left", "Right"});
     wrapper->updateRouting(false, nullptr);
-    EXPECT_EQ(wrapper->param("io-params.group-names").text(0, 0), "1");
+    EXPECT_EQ(textsOf(wrapper->param("io-params.in-channel-names"), 2),
+              (std::vector<std::string>{"L", "R"}))
+        << "no host has said anything yet";
 
     wrapper->updateRouting(true, nullptr);
     EXPECT_EQ(textsOf(wrapper->param("io-params.in-channel-names"), 2),

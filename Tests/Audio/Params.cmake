@@ -1,5 +1,7 @@
 tsm_add_test(tests_params
     SOURCES
+        CAudioCCTableTest.cpp
+        CAudioExtParamTest.cpp
         CAudioParamBatchTest.cpp
         CAudioParamDefTest.cpp
         CAudioParamFilterTest.cpp
@@ -8,6 +10,7 @@ tsm_add_test(tests_params
         CAudioParamTest.cpp
         CAudioParamThreadsTest.cpp
         CParamNameTest.cpp
+        CSharedParamTest.cpp
         ProductParamsTest.cpp
         Converters/CAudioParamConverterTest.cpp
         Converters/ConverterDefinitionTest.cpp

@@ -8,7 +8,7 @@ tsm_add_test(tests_wrapper
         CProductDataTest.cpp
         DamagedDocumentTest.cpp
         CRoutingStateTest.cpp
-        ${render_tests}/CRenderCommand.cpp
+        ../Tools/Support/CToolCommand.cpp
         ${render_tests}/RenderCommandTest.cpp
     LIBS tsm_product tsm_resources PkgConfig::SNDFILE)
 # The program is run as its users run it.

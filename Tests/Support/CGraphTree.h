@@ -5,6 +5,7 @@
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
 #include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioParamSharedStorage.h"
 #include "Audio/CAudioProcess.h"
 #include "Audio/CAudioProcessBypassStateDef.h"
 #include "Audio/CAudioProcessDef.h"
@@ -87,11 +88,13 @@ protected:
             node("core:object", "audio", {},
                  {converters, std::move(modMain), node("audio:testSink", "sink")});
         document.emplace("GraphTest.xml", CDocumentBytes::of(node("core:object", "", {}, {audio})));
-        start({creatorRow<CObject>("core:object"), creatorRow<CAudioEnv>("audio:audio-env"),
+        start({creatorRow<CObject>("core:object"),
+               creatorRow<CAudioEnv>("audio:audio-env"),
                creatorRow<CAudioParamCollector>("audio:param-collector"),
                creatorRow<CAudioParamDef>("audio:param"),
                creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
                creatorRow<CAudioParamRemapDef>("audio:param-remap"),
+               creatorRow<CAudioParamSharedStorage>("audio:param-shared-storage"),
                creatorRow<CAudioParamFilterBypassGroupSoloDef>("audio:testFilter"),
                creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
                creatorRow<CAudioProcessDef>("audio:process-def"),

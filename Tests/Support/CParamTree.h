@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Audio/CAudioCCTable.h"
 #include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParamList.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
 #include "Audio/CAudioParamFilterBypassOSDef.h"
 #include "Audio/CAudioParamRemapDef.h"
+#include "Audio/CAudioParamSharedStorage.h"
 #include "Audio/CParamListener.h"
 #include "Audio/Converters/CAudioParamConverterEnum.h"
 #include "Audio/Converters/CAudioParamConverterFreq.h"
@@ -31,8 +34,12 @@ using CTestAttrs = std::vector<std::pair<const char*, std::string>>;
 inline const std::initializer_list<CCreatorRow> kParamCreators = {
     creatorRow<CAudioEnv>("audio:audio-env"),
     creatorRow<CAudioParamCollector>("audio:param-collector"),
+    creatorRow<CAudioCCTable>("audio:cctable"),
+    creatorRow<CAudioExtParam>("audio:ext-param"),
+    creatorRow<CAudioExtParamList>("audio:ext-param-list"),
     creatorRow<CAudioParamDef>("audio:param"),
     creatorRow<CAudioParamRemapDef>("audio:param-remap"),
+    creatorRow<CAudioParamSharedStorage>("audio:param-shared-storage"),
     creatorRow<CAudioParamFilterBypassOSDef>("audio:param-filter-bypass-os"),
     creatorRow<CAudioParamFilterBypassGroupSoloDef>("audio:param-filter-bypass-group-solo"),
     creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),

@@ -9,12 +9,17 @@
 #include "Audio/CAudioProcessTerminalBase.h"
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Audio/Processes/CModBypassDef.h"
+#include "Audio/Processes/CModDecimatorDef.h"
 #include "Audio/Processes/CModGainDef.h"
+#include "Audio/Processes/CModInterpolatorDef.h"
+#include "Audio/Processes/CModLatencyUniformerDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutput.h"
 #include "Audio/Processes/CModOutputDef.h"
+#include "Audio/Processes/CModProcessSwitchDef.h"
 #include "Audio/Processes/CModReelpathDef.h"
 #include "Audio/Processes/CModReelpathPostDef.h"
+#include "Audio/Processes/CModResamplerDef.h"
 #include "Tests/Support/CDocumentBytes.h"
 #include "Tests/Support/CTestTree.h"
 
@@ -36,10 +41,12 @@ protected:
 
     /// Starts a process of that tag, smooth in its updates over 15 ms, with those parameters in the
     /// order of their slots.
-    void startProcess(const char* tag, const std::vector<CTestParam>& params)
+    void startProcess(const char* tag, const std::vector<CTestParam>& params,
+                      const std::vector<std::pair<std::string, std::string>>& attrs = {})
     {
         CTestNode def{
             tag, "modTest", {{"is-smooth-update", "true"}, {"xfade-length", "0.015"}}, {}};
+        def.attrs.insert(def.attrs.end(), attrs.begin(), attrs.end());
         for (std::size_t i = 0; i < params.size(); ++i) {
             def.children.push_back(paramNode(params[i]));
             def.children.push_back(allocNode(params[i], i));
@@ -47,7 +54,8 @@ protected:
         const CTestNode real{"audio:cvt-real", "real", {}, {}};
         const CTestNode converters{"core:object", "paramcvt", {}, {real}};
         const CTestNode output{"audio:modOutput", "modOutput", {}, {}};
-        const CTestNode audio{"core:object", "audio", {}, {converters, def, output}};
+        CTestNode audio{"core:object", "audio", {}, {converters, def, output}};
+        audio.children.insert(audio.children.end(), others.begin(), others.end());
         document.emplace("ProcessTest.xml",
                          CDocumentBytes::of(CTestNode{"core:object", "", {}, {audio}}));
         start({creatorRow<CObject>("core:object"), creatorRow<CAudioEnv>("audio:audio-env"),
@@ -56,7 +64,13 @@ protected:
                creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
                creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
                creatorRow<CModBypassDef>("audio:modBypass"),
-               creatorRow<CModGainDef>("audio:modGain"), creatorRow<CModNodeDef>("audio:modNode"),
+               creatorRow<CModDecimatorDef>("audio:modDecimator"),
+               creatorRow<CModInterpolatorDef>("audio:modInterpolator"),
+               creatorRow<CModProcessSwitchDef>("audio:modProcessSwitch"),
+               creatorRow<CModResamplerDef>("audio:modResampler"),
+               creatorRow<CModGainDef>("audio:modGain"),
+               creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
+               creatorRow<CModNodeDef>("audio:modNode"),
                creatorRow<CModOutputDef>("audio:modOutput"),
                creatorRow<CModReelpathDef>("audio:modReelpath"),
                creatorRow<CModReelpathPostDef>("audio:modReelpathPost")},
@@ -150,6 +164,8 @@ protected:
         return {samples, samples + count};
     }
 
+    /// More definitions beside that of the process.
+    std::vector<CTestNode> others;
     std::optional<CTestResource> document;
     CAudioEnv* env = nullptr;
     CAudioParamCollector* collector = nullptr;

@@ -1,4 +1,4 @@
-#include "Audio/CPendingParamUpdate.h"
+#include "Audio/CPendingParamChange.h"
 
 namespace tsm {
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Core/CByteBuffer.h"
+#include "Core/CMap.h"
+#include "Core/CString.h"
+
+namespace tsm {
+
+class CError;
+class CInputStream;
+class COutputStream;
+
+/// A set of saved parameter values under a name of the form "id:display name".
+struct CAudioPreset : CCheckedObject, CTsmMemAllocator {
+    CAudioPreset() = default;
+    explicit CAudioPreset(const CString& fullName) : name(fullName) {}
+
+    /// The parts of the name before and behind its first colon; without one all of it is the
+    /// second.
+    [[nodiscard]] CString getId() const;
+    [[nodiscard]] CString getDisplayName() const;
+    /// Gives the name these parts.
+    void setName(const CString& id, const CString& displayName);
+
+    /// Writes name, item count, and for each item its key, its size and its bytes.
+    [[nodiscard]] CError* save(COutputStream& stream) const;
+    /// Reads what save() wrote, in place of the present content. Memory grows with what the data
+    /// really hold. Errors: cut data, a key or name that is too long, an item above kMaxItemBytes;
+    /// the content is undefined then.
+    [[nodiscard]] CError* load(CInputStream& stream);
+
+    static constexpr std::uint32_t kMaxItemBytes = 1u << 28;
+
+    CString name;
+    /// By parameter, relative to the registry's hierarchy: the definition's name and the values.
+    CMap<CString, CByteBuffer> items;
+};
+
+} // namespace tsm

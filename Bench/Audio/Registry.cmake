@@ -1,0 +1,1 @@
+tsm_add_bench(bench_registry SOURCES CAudioParamRegistryBench.cpp LIBS tsm_product)
