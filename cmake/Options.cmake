@@ -19,10 +19,13 @@ if(TSM_SANITIZE MATCHES "address")
     target_compile_definitions(tsm_options INTERFACE TSM_EXACT_BLOCKS)
 endif()
 
+# Data folders of its own for every test and benchmark.
+set(TSM_OWN_DATA_FOLDER ${PROJECT_SOURCE_DIR}/Tests/Support/OwnDataFolder.cpp)
+
 # tsm_add_test(name SOURCES... LIBS...): one test program, its cases known to ctest one by one.
 function(tsm_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
-    add_executable(${name} ${arg_SOURCES})
+    add_executable(${name} ${arg_SOURCES} ${TSM_OWN_DATA_FOLDER})
     # Optimised std::vector code of tests brings g++ 12's false alarms on sizes (GCC bug 105329).
     target_compile_options(${name} PRIVATE
         $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>)
@@ -33,6 +36,6 @@ endfunction()
 # tsm_add_bench(name SOURCES... LIBS...): one benchmark program.
 function(tsm_add_bench name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
-    add_executable(${name} ${arg_SOURCES})
+    add_executable(${name} ${arg_SOURCES} ${TSM_OWN_DATA_FOLDER})
     target_link_libraries(${name} PRIVATE tsm_options ${arg_LIBS} benchmark::benchmark_main)
 endfunction()
