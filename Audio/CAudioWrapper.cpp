@@ -259,6 +259,8 @@ void CAudioWrapper::setChannelNames(CHostChannelNames&& names)
 
 void CAudioWrapper::updateRouting(bool force, CAudioParamContext* context)
 {
+    // Listeners hear of it behind the lock, which they may want.
+    const CAudioParamHold updates(*paramCollector);
     const CLockScope lock(routingLock);
     routing.run(force, product.intChannelCount, this, context);
 }
