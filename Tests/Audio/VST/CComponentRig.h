@@ -126,6 +126,7 @@ public:
     std::vector<double> values()
     {
         std::vector<double> all;
+        all.reserve(static_cast<std::size_t>(controller->getParameterCount()));
         for (Steinberg::int32 i = 0; i < controller->getParameterCount(); ++i)
             all.push_back(controller->getParamNormalized(idOf(i)));
         return all;

@@ -72,7 +72,7 @@ TEST(ATapeMachine, MovesItsHeadBumpWithItsSpeed)
         CTapeResponse response;
         EXPECT_TRUE(response.make(machineOf(speedIps), 44100.0, 65537));
         double best = 40.0;
-        for (double hz = best; hz < 300.0; hz += 0.5)
+        for (int hz = 40; hz < 300; ++hz)
             if (response.at(hz) > response.at(best))
                 best = hz;
         return best;
