@@ -82,7 +82,8 @@ CError* CWaveMetaParser::parseSampler(CWaveChunk& chunk)
 CError* CWaveMetaParser::parseBroadcast(CWaveChunk& chunk)
 {
     // Description, originator and its reference.
-    for (const std::uint64_t textBytes : {256, 32, 32})
+    constexpr std::uint64_t kTextBytes[] = {256, 32, 32};
+    for (const std::uint64_t textBytes : kTextBytes)
         TSM_TRY(chunk.checkDataLeft(textBytes));
     TSM_TRY(chunk.checkDataLeft(kBroadcastRestBytes));
     TSM_TRY(parseText(chunk)); // the coding history
