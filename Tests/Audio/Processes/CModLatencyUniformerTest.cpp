@@ -19,8 +19,8 @@ protected:
         in[1][7] = -1.0;
         const CChannels out = runAll(in, 300);
         CChannels expected(2, std::vector<double>(2000, 0.0));
-        expected[0][static_cast<std::size_t>(3 + delay)] = 1.0;
-        expected[1][static_cast<std::size_t>(7 + delay)] = -1.0;
+        expected[0][static_cast<std::size_t>(delay) + 3] = 1.0;
+        expected[1][static_cast<std::size_t>(delay) + 7] = -1.0;
         EXPECT_EQ(out, expected);
         EXPECT_EQ(outputProcess->findPort(0)->getChannel(0).latency, reported);
     }
