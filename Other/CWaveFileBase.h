@@ -18,7 +18,8 @@ public:
     /// Reads up to `count` frames: channel c into the array at `channels[c]`, one array for each of
     /// the file's channels, each with room for `count` samples, full scale 1.0 for integers and the
     /// value as it stands for floats. `gotten` receives the frames read, or -1 when nothing was
-    /// left before. Errors: the file ends before its samples do, the source's own. [any]
+    /// left before. Errors: the file ends before its samples do, the source's own; the place is
+    /// then undefined. [any]
     [[nodiscard]] virtual CError* read(double* const* channels, std::int64_t count,
                                        std::int64_t& gotten) = 0;
 

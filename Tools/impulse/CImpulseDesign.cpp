@@ -38,8 +38,7 @@ bool CImpulseDesign::make(const CImpulseSpec& spec, std::string& error)
         error = "impulse '" + spec.name + "' can't be aligned to the wanted level";
         return false;
     }
-    magnitudes = response.getMagnitudes();
-    const std::vector<double> whole = minimumPhase(magnitudes);
+    const std::vector<double> whole = minimumPhase(response.getMagnitudes());
     const std::size_t peak = peakOf(whole);
     const auto wanted = static_cast<std::size_t>(spec.peakSample);
     if (peak > wanted) {

@@ -18,14 +18,11 @@ public:
     [[nodiscard]] bool make(const CImpulseSpec& spec, std::string& error);
 
     [[nodiscard]] const std::vector<double>& getSamples() const { return samples; }
-    /// The response as designed, 1.0 at 1 kHz.
-    [[nodiscard]] const std::vector<double>& getMagnitudes() const { return magnitudes; }
 
     static constexpr std::size_t kBinCount = (std::size_t{1} << 17) + 1;
 
 private:
     std::vector<double> samples;
-    std::vector<double> magnitudes;
 };
 
 } // namespace tsm
