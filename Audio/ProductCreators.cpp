@@ -28,6 +28,8 @@
 #include "Audio/Filters/CAudioFilterGenArrayItem.h"
 #include "Audio/Filters/CAudioFilterHBFGen.h"
 #include "Audio/Processes/CModBypassDef.h"
+#include "Audio/Processes/CModFilterFIRDef.h"
+#include "Audio/Processes/CModFilterIIRDef.h"
 #include "Audio/Processes/CModGainDef.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
 #include "Audio/Processes/CModNodeDef.h"
@@ -79,6 +81,8 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioProcessDef>("audio:process-def"),
     creatorRow<CAudioProcessLinkDef>("audio:process-link"),
     creatorRow<CModBypassDef>("audio:modBypass"),
+    creatorRow<CModFilterFIRDef>("audio:modFilterFIR"),
+    creatorRow<CModFilterIIRDef>("audio:modFilterIIR"),
     creatorRow<CModGainDef>("audio:modGain"),
     creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
     creatorRow<CModNodeDef>("audio:modNode"),
