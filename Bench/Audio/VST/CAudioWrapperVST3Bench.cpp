@@ -43,6 +43,21 @@ CComponentRig::CChannels noise(std::size_t count)
     return channels;
 }
 
+/// What an instance holds. The first of all, since memory that others have given back is taken
+/// again unseen.
+void instanceMemory(benchmark::State& state)
+{
+    std::vector<std::unique_ptr<CComponentRig>> rigs;
+    rigs.push_back(makeInstance());
+    const double before = residentBytes();
+    for (auto _ : state)
+        for (int i = 0; i < state.range(0); ++i)
+            rigs.push_back(makeInstance());
+    const double held = residentBytes() - before;
+    state.counters["KiB_each"] = held / 1024.0 / static_cast<double>(state.range(0));
+}
+BENCHMARK(instanceMemory)->Arg(100)->Iterations(1)->Unit(benchmark::kMillisecond);
+
 void fromTheFactoryToTheFirstBlock(benchmark::State& state)
 {
     const CLoadedModule module;
@@ -106,15 +121,12 @@ void tenThousandChangesBetweenTwoBlocks(benchmark::State& state)
 }
 BENCHMARK(tenThousandChangesBetweenTwoBlocks)->Unit(benchmark::kMillisecond);
 
-/// One block of each of many instances, and what an instance holds.
+/// One block of each of many instances.
 void manyInstances(benchmark::State& state)
 {
     std::vector<std::unique_ptr<CComponentRig>> rigs;
-    rigs.push_back(makeInstance());
-    const double before = residentBytes();
-    while (static_cast<int>(rigs.size()) <= state.range(0))
+    while (static_cast<int>(rigs.size()) < state.range(0))
         rigs.push_back(makeInstance());
-    const double held = residentBytes() - before;
     const CComponentRig::CChannels sound = noise(512);
     for (auto _ : state)
         for (const auto& rig : rigs) {
@@ -122,7 +134,6 @@ void manyInstances(benchmark::State& state)
             rig->process(block);
         }
     const auto count = static_cast<double>(rigs.size());
-    state.counters["KiB_each"] = held / 1024.0 / static_cast<double>(state.range(0));
     state.counters["block_each"] = benchmark::Counter(
         count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
