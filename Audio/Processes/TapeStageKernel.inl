@@ -45,6 +45,7 @@ constexpr CNoiseJump kNoiseJump = makeNoiseJump();
 struct CReadTrace {
     double wave[kChunk]; // white noise, then the flutter
     double fraction[kChunk];
+    double weight[4][kChunk]; // of the four points, newest first; with fused multiply-add only
     int age[kChunk];
     int lowestAge;
 };
@@ -127,16 +128,37 @@ void placeReads(const CFlutterCoefficients& flutter, CReadTrace& trace, int from
     }
 }
 
+/// The weights of the four points, so that channels needn't each work out the same cubic.
+void weighReads(CReadTrace& trace, int from, int to)
+{
+    for (int i = from; i < to; ++i) {
+        const double t = trace.fraction[i];
+        const double half = 0.5 * t;
+        const double halfSquare = half * t;
+        const double halfCube = halfSquare * t;
+        trace.weight[0][i] = 2.0 * halfSquare - half - halfCube;
+        trace.weight[1][i] = 3.0 * halfCube - 5.0 * halfSquare + 1.0;
+        trace.weight[2][i] = 4.0 * halfSquare - 3.0 * halfCube + half;
+        trace.weight[3][i] = halfCube - halfSquare;
+    }
+}
+
 /// The flutter of one chunk, for all channels.
 void traceFlutter(const CFlutterCoefficients& flutter, CFlutterState& state, CReadTrace& trace,
                   int count)
 {
     makeNoise(state.noise, trace.wave, count);
-    filterFlutter(flutter, state, trace.wave, count);
+    // In short runs: the filters wait for themselves, and the processor fills that time with the
+    // run before and the run behind as long as it sees both.
+    constexpr int kRun = 16;
     for (int from = 0; from < count;) {
         const int toWrap = from + state.position + 1;
-        const int to = toWrap < count ? toWrap : count;
+        const int runEnd = from + kRun < count ? from + kRun : count;
+        const int to = toWrap < runEnd ? toWrap : runEnd;
+        filterFlutter(flutter, state, trace.wave + from, to - from);
         placeReads(flutter, trace, from, to, state.position);
+        if constexpr (kHasFma)
+            weighReads(trace, from, to);
         state.position = to == toWrap ? flutter.length - 1 : state.position - (to - from);
         from = to;
     }
@@ -230,6 +252,9 @@ V readLine(const CWork<V>& work, const CReadTrace& trace, int i)
     const V x1 = newest[-1];
     const V x2 = newest[-2];
     const V x3 = newest[-3];
+    if constexpr (kHasFma)
+        return (x0 * trace.weight[0][i] + x1 * trace.weight[1][i]) +
+               (x2 * trace.weight[2][i] + x3 * trace.weight[3][i]);
     const double t = trace.fraction[i];
     return x1 + t * (0.5 * (x2 - x0) + t * (x0 - 2.5 * x1 + 2.0 * x2 - 0.5 * x3 +
                                             t * (0.5 * (x3 - x0) + 1.5 * (x1 - x2))));
@@ -337,6 +362,51 @@ V magnitude(V x)
     return x < 0.0 ? -x : x;
 }
 
+/// A driven sample becomes the blend of curve and dry signal; returns by how much that changed its
+/// magnitude.
+template <class V>
+V bend(const CTapeCoefficients& tape, const CCurve& curve, V& sample)
+{
+    const V driven = sample;
+    sample = saturate(driven, curve) * tape.wet + driven * tape.dry;
+    return (1e-10 + magnitude(sample)) / (1e-10 + magnitude(driven));
+}
+
+template <class V>
+auto join(V first, V second)
+{
+    if constexpr (sizeof(V) == sizeof(double))
+        return CPair{first, second};
+    else
+        return __builtin_shufflevector(first, second, 0, 1, 2, 3);
+}
+
+template <class Both, class V>
+void split(Both both, V* parts)
+{
+    if constexpr (sizeof(V) == sizeof(double)) {
+        parts[0] = both[0];
+        parts[1] = both[1];
+    } else {
+        parts[0] = __builtin_shufflevector(both, both, 0, 1);
+        parts[1] = __builtin_shufflevector(both, both, 2, 3);
+    }
+}
+
+/// The same for two samples, at once where a vector holds both.
+template <class V>
+void bendTwo(const CTapeCoefficients& tape, const CCurve& curve, V* samples, V* ratios)
+{
+    if constexpr (2 * sizeof(V) <= sizeof(CWide)) {
+        auto both = join(samples[0], samples[1]);
+        split(bend(tape, curve, both), ratios);
+        split(both, samples);
+    } else {
+        ratios[0] = bend(tape, curve, samples[0]);
+        ratios[1] = bend(tape, curve, samples[1]);
+    }
+}
+
 /// With feedback a sample's gain needs what the sample before came out as. That one was read from
 /// the past, so as many samples as the youngest read is old can be read and saturated together,
 /// before the next ones enter.
@@ -347,6 +417,8 @@ void runClosed(const CTapeCoefficients& tape, CWork<V>& work, const CReadTrace& 
     const CCurve curve = makeCurve(tape.hardness);
     const double recGain = tape.recGain;
     const int room = trace.lowestAge + 1 < kMaxRun ? trace.lowestAge + 1 : kMaxRun;
+    // Short runs end before joining pays, and there one channel gains more from its branch.
+    const bool inPairs = room >= 4;
     const double* in0 = work.in[0];
     const double* in1 = work.in[1];
     V* line = work.line + work.historyCount;
@@ -363,14 +435,21 @@ void runClosed(const CTapeCoefficients& tape, CWork<V>& work, const CReadTrace& 
         const int to = from + room < count ? from + room : count;
         V ratio[kMaxRun];
         enter(from);
-        for (int i = from; i < to; ++i) {
-            const V driven = readLine(work, trace, i) * recGain;
-            const V blend = saturate(driven, curve) * tape.wet + driven * tape.dry;
-            ratio[i - from] = (1e-10 + magnitude(blend)) / (1e-10 + magnitude(driven));
-            work.value[i] = blend * tape.makeup;
+        int i = from;
+        for (; inPairs && i + 1 < to; i += 2) {
+            V samples[2] = {readLine(work, trace, i) * recGain,
+                            readLine(work, trace, i + 1) * recGain};
+            bendTwo(tape, curve, samples, ratio + (i - from));
+            work.value[i] = samples[0] * tape.makeup;
+            work.value[i + 1] = samples[1] * tape.makeup;
         }
-        for (int i = from; i < to; ++i) {
-            envelope += (ratio[i - from] - envelope) * tape.envelope;
+        for (; i < to; ++i) {
+            V sample = readLine(work, trace, i) * recGain;
+            ratio[i - from] = bend(tape, curve, sample);
+            work.value[i] = sample * tape.makeup;
+        }
+        for (i = from; i < to; ++i) {
+            envelope = smooth(envelope, ratio[i - from], tape.envelope);
             if (i + 1 < to)
                 enter(i + 1);
         }

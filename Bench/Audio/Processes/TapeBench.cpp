@@ -18,6 +18,8 @@ namespace {
 using namespace tsm;
 
 constexpr int kBlock = 512;
+// Long enough that no branch predictor learns the noise by heart.
+constexpr int kBlocks = 128;
 
 enum class ESignal { Noise, Sine, Silence };
 
@@ -25,7 +27,7 @@ std::vector<double> makeSignal(ESignal kind, unsigned seed)
 {
     std::mt19937 generator(seed);
     std::uniform_real_distribution<double> uniform(-1.5, 1.5);
-    std::vector<double> signal(kBlock);
+    std::vector<double> signal(kBlocks * kBlock);
     for (std::size_t i = 0; i < signal.size(); ++i) {
         const double sine = std::sin(2.0 * std::numbers::pi * 8.0 * double(i) / kBlock);
         signal[i] = kind == ESignal::Noise  ? uniform(generator)
@@ -193,9 +195,17 @@ void runKernel(benchmark::State& state, const CCase& at, const Settings& setting
         stage.setHistory(buffers.emplace_back(stage.getHistoryCount()).data());
         lanes.push_back({in, out, &stage});
     }
+    int block = 0;
     for (auto _ : state) {
+        for (auto& lane : lanes)
+            lane.in += block == 0 ? 0 : kBlock;
         Stage::process(lanes.data(), at.channels, kBlock);
         benchmark::ClobberMemory();
+        if (++block == kBlocks) {
+            for (auto& lane : lanes)
+                lane.in -= (kBlocks - 1) * kBlock;
+            block = 0;
+        }
     }
     countSamples(state, at.channels);
     selectTapeKernels(former);
@@ -211,10 +221,12 @@ void runPlain(benchmark::State& state, const CCase& at, const Coefficients& coef
     for (unsigned i = 0; i < tapes.size(); ++i)
         in.push_back(makeSignal(at.signal, i));
     std::vector<double> out(kBlock);
+    int block = 0;
     for (auto _ : state) {
         for (std::size_t i = 0; i < tapes.size(); ++i)
-            tapes[i].process(coefficients, in[i].data(), out.data(), kBlock);
+            tapes[i].process(coefficients, in[i].data() + block * kBlock, out.data(), kBlock);
         benchmark::ClobberMemory();
+        block = (block + 1) % kBlocks;
     }
     countSamples(state, at.channels);
 }
