@@ -27,8 +27,8 @@ public:
 
 private:
     struct CEnd {
-        void operator()(LilvWorld* world) const noexcept { lilv_world_free(world); }
-        void operator()(LilvInstance* instance) const noexcept { lilv_instance_free(instance); }
+        void operator()(LilvWorld* ended) const noexcept { lilv_world_free(ended); }
+        void operator()(LilvInstance* ended) const noexcept { lilv_instance_free(ended); }
     };
 
     void connect(const LilvPlugin* plugin);
