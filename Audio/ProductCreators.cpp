@@ -27,6 +27,7 @@
 #include "Audio/Filters/CAudioFilterGenArray.h"
 #include "Audio/Filters/CAudioFilterGenArrayItem.h"
 #include "Audio/Filters/CAudioFilterHBFGen.h"
+#include "Audio/Processes/CModBankedConvolverDef.h"
 #include "Audio/Processes/CModBypassDef.h"
 #include "Audio/Processes/CModFilterFIRDef.h"
 #include "Audio/Processes/CModFilterIIRDef.h"
@@ -40,6 +41,7 @@
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
+#include "Other/CFileSetObject.h"
 
 namespace tsm {
 
@@ -49,6 +51,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAttrDoubler>("core:attr-doubler"),
     creatorRow<CObject>("core:object"),
     creatorRow<CSharedAttribute>("core:shared-attribute"),
+    creatorRow<CFileSetObject>("fileset"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
@@ -80,6 +83,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioProcessBypassStateDef>("audio:process-bypass-state"),
     creatorRow<CAudioProcessDef>("audio:process-def"),
     creatorRow<CAudioProcessLinkDef>("audio:process-link"),
+    creatorRow<CModBankedConvolverDef>("audio:modBankedConvolver"),
     creatorRow<CModBypassDef>("audio:modBypass"),
     creatorRow<CModFilterFIRDef>("audio:modFilterFIR"),
     creatorRow<CModFilterIIRDef>("audio:modFilterIIR"),

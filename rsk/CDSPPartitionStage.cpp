@@ -27,29 +27,32 @@ CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int offset, int extraDela
     reset();
 }
 
-void CDSPPartitionStage::load(const double* taps, int count, double gain, double* work)
+void CDSPPartitionStage::load(const CDSPImpulseRef& impulse, int index)
 {
-    const int partitions = (count + block - 1) / block;
-    const double scale = gain / (2 * block); // for the transforms, which have none
-    CAlignedArray<double> padded(2 * block);
-    pending.clear();
-    for (int i = partitions - 1; i >= 0; --i) {
-        const int first = i * block;
-        const int size = std::min(block, count - first);
-        padded.clear();
-        for (int k = 0; k < size; ++k)
-            padded[k] = scale * taps[first + k];
-        CSpectrum& spectrum = pending.create(2 * block);
-        transform.forwardSplit(padded.data(), spectrum.data(), work);
-    }
+    const CDSPConvolverImpulse::CStage& stage = impulse->getStage(index);
+    assert(stage.order == order && stage.delay == delay);
+    pending = {impulse, &stage.partitions};
     hasPending = true;
+    fitHistory(std::max(pending.getCount(), filter.getCount()));
+}
 
-    // What came before the known past counts as silence.
-    while (history.getCount() < partitions) {
-        CSpectrum& spectrum = history.create(2 * block);
-        inputs.insert(0, spectrum.data());
+/// What came before the known past counts as silence.
+void CDSPPartitionStage::fitHistory(int partitions)
+{
+    const int known = inputs.getCount();
+    if (partitions == known)
+        return;
+    const int stride = spectrumStride(order);
+    CAlignedArray<double> fitted(partitions * stride);
+    CArray<double*> places;
+    for (int i = 0; i < partitions; ++i) {
+        double* spectrum = places.add(fitted.data() + i * stride);
+        const int former = known - partitions + i;
+        if (former >= 0)
+            std::memcpy(spectrum, inputs[former], bytesOf(2 * block));
     }
-    filters.reserve(partitions);
+    history.swap(fitted);
+    inputs = std::move(places);
 }
 
 void CDSPPartitionStage::takePending() noexcept
@@ -57,9 +60,6 @@ void CDSPPartitionStage::takePending() noexcept
     // Nothing is freed here: what is replaced goes at the next load.
     hasPending = false;
     std::swap(filter, pending);
-    filters.clear();
-    for (const CSpectrum& spectrum : filter)
-        filters.add(spectrum.data());
 }
 
 void CDSPPartitionStage::reset() noexcept
@@ -73,8 +73,7 @@ void CDSPPartitionStage::reset() noexcept
     finished.clear();
     output.clear();
     delayLine.clear();
-    for (CSpectrum& spectrum : history)
-        spectrum.clear();
+    history.clear();
     if (hasPending)
         takePending();
 }
@@ -133,11 +132,11 @@ void CDSPPartitionStage::sumBins(int end) noexcept
 {
     // There are as many bins as samples in a block, taken in whole vectors.
     end &= ~7;
-    if (end == binsDone || filters.isEmpty())
+    const int partitions = filter.getCount();
+    if (end == binsDone || partitions == 0)
         return;
-    const int partitions = filters.getCount();
-    kernels.sumProducts(inputs.data() + inputs.getCount() - partitions, filters.data(), partitions,
-                        sum.data(), block, binsDone, end);
+    kernels.sumProducts(inputs.data() + inputs.getCount() - partitions, filter.partitions->data(),
+                        partitions, sum.data(), block, binsDone, end);
     binsDone = end;
 }
 

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "Core/CArray.h"
-#include "Core/COwnedArray.h"
 #include "rsk/CAlignedArray.h"
+#include "rsk/CDSPConvolverImpulse.h"
 #include "rsk/CDSPRealFFT.h"
 
+#include <memory>
+
 namespace tsm::rsk {
+
+/// A share in an impulse, which goes with the last one.
+using CDSPImpulseRef = std::shared_ptr<const CDSPConvolverImpulse>;
 
 /// One block size of a convolution without latency: uniformly partitioned overlap-save
 /// (Wefers, "Partitioned convolution algorithms for real-time auralization", 2015) whose work is
@@ -23,20 +28,29 @@ public:
     CDSPPartitionStage(int blockOrder, int startOffset, int delay);
 
     [[nodiscard]] int getOrder() const noexcept { return order; }
-    /// Doubles of work space for `process`.
-    [[nodiscard]] int getWorkCount() const noexcept { return transform.getWorkCount(); }
 
-    /// Takes `count` taps times `gain`, in as many partitions as they fill; in use from the next
-    /// block's end on, or from the start after `reset`. [setup] Allocates.
-    void load(const double* taps, int count, double gain, double* work);
+    /// Takes the stage at `index` of an impulse, whose order and delay are this one's; in use from
+    /// the next block's end on, or from the start after `reset`. [setup] Allocates.
+    void load(const CDSPImpulseRef& impulse, int index);
     /// Forgets all input. [audio] No allocation.
     void reset() noexcept;
-    /// Adds the convolution of `in` to `out`, `count` samples each. [audio] No allocation, no lock.
+    /// Adds the convolution of `in` to `out`, `count` samples each; `work` has what the transform
+    /// needs. [audio] No allocation, no lock.
     void process(const double* in, double* out, int count, double* work) noexcept;
 
 private:
-    using CSpectrum = CAlignedArray<double>;
+    /// The partitions in use, and what they are part of.
+    struct CFilter {
+        CDSPImpulseRef impulse;
+        const CArray<const double*>* partitions = nullptr;
 
+        [[nodiscard]] int getCount() const noexcept
+        {
+            return partitions ? partitions->getCount() : 0;
+        }
+    };
+
+    void fitHistory(int partitions);
     void takeInput(const double* in, int count) noexcept;
     void addOutput(double* out, int count) noexcept;
     void sumBins(int end) noexcept;
@@ -54,11 +68,10 @@ private:
     int delayPosition = 0;
     int binsDone = 0;
     bool hasPending = false;
-    COwnedArray<CSpectrum> filter;  // partitions, the one with the latest taps first,
-    COwnedArray<CSpectrum> pending; // as they meet `inputs`; later the former ones
-    COwnedArray<CSpectrum> history;
-    CArray<const double*> filters;
-    CArray<double*> inputs;      // spectra of past input, oldest first; the last ones are in use
+    CFilter filter;
+    CFilter pending; // later the former one
+    CAlignedArray<double> history;
+    CArray<double*> inputs;      // spectra in `history`, oldest first; the last ones are in use
     CAlignedArray<double> frame; // the block being filled, then the one before
     CAlignedArray<double> sum;
     CAlignedArray<double> finished; // the sum of the block before

@@ -25,43 +25,47 @@ CDSPZeroLatencyConvolver::CDSPZeroLatencyConvolver(int wantedPhase) : phase(want
     assert(phase >= 0 && phase < CDSPConvolverPhase::kCount);
 }
 
-void CDSPZeroLatencyConvolver::load(const double* impulse, int length, double gain)
+void CDSPZeroLatencyConvolver::load(const CDSPImpulseRef& newImpulse)
 {
-    assert(length > 0);
-    const CDSPPartitionPlan plan(length);
-    loadHead(impulse, plan.headLength, gain);
-
-    // A stage's place in time comes with its order; of the same first order all are the same.
-    if (!stages.isEmpty() && plan.stageCount > 0 && stages[0].getOrder() != plan.stages[0].order)
-        stages.clear();
-    while (stages.getCount() > plan.stageCount)
-        stages.remove(stages.getCount() - 1);
-    for (int i = 0; i < plan.stageCount; ++i) {
-        const CDSPPartitionPlan::CStage& cut = plan.stages[i];
-        const bool isNew = i >= stages.getCount();
-        if (isNew)
-            stages.create(cut.order, (kStartOffsets[i][phase] << cut.order) / 16, cut.delay);
-        CDSPPartitionStage& stage = stages[i];
-        if (work.getCount() < stage.getWorkCount())
-            work.allocate(stage.getWorkCount());
-        const int count = std::min(cut.partitions << cut.order, length - cut.firstTap);
-        stage.load(impulse + cut.firstTap, count, gain, work.data());
-        if (isNew)
-            stage.reset();
-    }
+    if (newImpulse == impulse)
+        return;
+    fitLine(newImpulse->getHeadLength());
+    impulse = newImpulse;
+    loadStages();
 }
 
-void CDSPZeroLatencyConvolver::loadHead(const double* impulse, int length, double gain)
+void CDSPZeroLatencyConvolver::fitLine(int headLength)
 {
-    CAlignedArray<double> newLine(length - 1 + kMaxBlock + kKernelPad);
-    const int kept = std::min(length, head.getCount()) - 1;
+    const int formerPast = impulse ? impulse->getHeadLength() - 1 : 0;
+    const int past = headLength - 1;
+    if (impulse && past == formerPast)
+        return;
+    CAlignedArray<double> newLine(past + kMaxBlock + kKernelPad);
+    const int kept = std::min(past, formerPast);
     if (kept > 0)
-        std::memcpy(newLine.data() + length - 1 - kept, line.data() + head.getCount() - 1 - kept,
+        std::memcpy(newLine.data() + past - kept, line.data() + formerPast - kept,
                     static_cast<std::size_t>(kept) * sizeof(double));
     line.swap(newLine);
-    head.allocate(length);
-    for (int i = 0; i < length; ++i)
-        head[i] = gain * impulse[i];
+}
+
+void CDSPZeroLatencyConvolver::loadStages()
+{
+    // A stage's place in time comes with its order; of the same first order all are the same.
+    const int count = impulse->getStageCount();
+    if (!stages.isEmpty() && count > 0 && stages[0].getOrder() != impulse->getStage(0).order)
+        stages.clear();
+    while (stages.getCount() > count)
+        stages.remove(stages.getCount() - 1);
+    for (int i = 0; i < count; ++i) {
+        const bool isNew = i >= stages.getCount();
+        if (isNew) {
+            const CDSPConvolverImpulse::CStage& cut = impulse->getStage(i);
+            stages.create(cut.order, (kStartOffsets[i][phase] << cut.order) / 16, cut.delay);
+        }
+        stages[i].load(impulse, i);
+        if (isNew)
+            stages[i].reset();
+    }
 }
 
 void CDSPZeroLatencyConvolver::reset() noexcept
@@ -71,24 +75,26 @@ void CDSPZeroLatencyConvolver::reset() noexcept
         stage.reset();
 }
 
-void CDSPZeroLatencyConvolver::process(const double* in, double* out, int count) noexcept
+void CDSPZeroLatencyConvolver::process(const double* in, double* out, int count,
+                                       double* work) noexcept
 {
-    if (head.getCount() == 0) {
+    if (!impulse) {
         std::fill_n(out, count, 0.0);
         return;
     }
     for (; count > 0; count -= kMaxBlock, in += kMaxBlock, out += kMaxBlock)
-        processBlock(in, out, std::min(count, kMaxBlock));
+        processBlock(in, out, std::min(count, kMaxBlock), work);
 }
 
-void CDSPZeroLatencyConvolver::processBlock(const double* in, double* out, int count) noexcept
+void CDSPZeroLatencyConvolver::processBlock(const double* in, double* out, int count,
+                                            double* work) noexcept
 {
-    const int past = head.getCount() - 1;
+    const int past = impulse->getHeadLength() - 1;
     double* block = line.data() + past;
     std::memcpy(block, in, static_cast<std::size_t>(count) * sizeof(double));
-    kernels.convolveDirect(block, out, count, head.data(), head.getCount());
+    kernels.convolveDirect(block, out, count, impulse->getHead(), past + 1);
     for (CDSPPartitionStage& stage : stages)
-        stage.process(block, out, count, work.data());
+        stage.process(block, out, count, work);
     std::memmove(line.data(), line.data() + count, static_cast<std::size_t>(past) * sizeof(double));
 }
 

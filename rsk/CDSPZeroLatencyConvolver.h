@@ -20,26 +20,26 @@ public:
     /// a `CDSPConvolverPhase` gives it. [any]
     explicit CDSPZeroLatencyConvolver(int phase);
 
-    /// Takes the impulse of `length` taps (1 at least) times `gain`. On a convolver in use the
-    /// stages go on with their history and turn to the new taps at their next block's end.
-    /// [setup] Allocates.
-    void load(const double* impulse, int length, double gain);
+    /// Takes an impulse and keeps it. On a convolver in use the stages go on with their history
+    /// and turn to the new taps at their next block's end; the former impulse is let go of by the
+    /// load after that. [setup] Allocates where the new impulse is longer.
+    void load(const CDSPImpulseRef& newImpulse);
     /// Forgets all input and keeps the impulse. [audio] No allocation.
     void reset() noexcept;
-    /// Writes `count` samples; `out` may be `in`. Without an impulse they are zero.
-    /// [audio] No allocation, no lock.
-    void process(const double* in, double* out, int count) noexcept;
+    /// Writes `count` samples; `out` may be `in`. Without an impulse they are zero. `work` has the
+    /// impulse's getWorkCount() doubles, of any content. [audio] No allocation, no lock.
+    void process(const double* in, double* out, int count, double* work) noexcept;
 
 private:
-    void loadHead(const double* impulse, int length, double gain);
-    void processBlock(const double* in, double* out, int count) noexcept;
+    void fitLine(int headLength);
+    void loadStages();
+    void processBlock(const double* in, double* out, int count, double* work) noexcept;
 
     const CDSPKernels& kernels = dspKernels();
     const int phase;
-    CAlignedArray<double> head;
+    CDSPImpulseRef impulse;
     CAlignedArray<double> line; // the head's past, then the block
     COwnedArray<CDSPPartitionStage> stages;
-    CAlignedArray<double> work;
 };
 
 } // namespace tsm::rsk

@@ -32,11 +32,13 @@ void convolveBlock(benchmark::State& state)
     const int count = static_cast<int>(state.range(1));
     const std::vector<double> taps = decay(length);
     CDSPZeroLatencyConvolver convolver(0);
-    convolver.load(taps.data(), length, 1.0);
+    const CDSPImpulseRef impulse(new CDSPConvolverImpulse(taps.data(), length, 1.0));
+    convolver.load(impulse);
+    CAlignedArray<double> work(impulse->getWorkCount());
     std::vector<double> in = decay(count);
     std::vector<double> out(in.size());
     for (auto _ : state) {
-        convolver.process(in.data(), out.data(), count);
+        convolver.process(in.data(), out.data(), count, work.data());
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }

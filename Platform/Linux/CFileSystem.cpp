@@ -22,6 +22,19 @@ EPathKind pathKind(const char* path) noexcept
     return S_ISREG(info.st_mode) ? EPathKind::File : EPathKind::Other;
 }
 
+int getFileStamp(const char* path, CFileStamp& stamp) noexcept
+{
+    constexpr std::int64_t kPerSecond = 1000000000;
+    struct stat info {};
+    if (stat(path, &info) != 0)
+        return errno;
+    if (!S_ISREG(info.st_mode))
+        return S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+    stamp = {info.st_ino, info.st_size,
+             info.st_mtim.tv_sec * kPerSecond + info.st_mtim.tv_nsec};
+    return 0;
+}
+
 int makeFolder(const char* path) noexcept
 {
     return mkdir(path, kNewFolderMode) == 0 ? 0 : errno;

@@ -65,8 +65,34 @@ CSamples convolveDirectly(const CSamples& in, const CSamples& taps)
     return out;
 }
 
+/// A convolver with its work space.
+class CConvolver {
+public:
+    explicit CConvolver(int phase) : convolver(phase) {}
+    void load(const CSamples& taps, double gain = 1.0)
+    {
+        load(CDSPImpulseRef(
+            new CDSPConvolverImpulse(taps.data(), static_cast<int>(taps.size()), gain)));
+    }
+    void load(const CDSPImpulseRef& impulse)
+    {
+        convolver.load(impulse);
+        if (work.getCount() < impulse->getWorkCount())
+            work.allocate(impulse->getWorkCount());
+    }
+    void process(const double* in, double* out, int count)
+    {
+        convolver.process(in, out, count, work.data());
+    }
+    void reset() { convolver.reset(); }
+
+private:
+    CDSPZeroLatencyConvolver convolver;
+    CAlignedArray<double> work;
+};
+
 /// Blocks of that size; 0 for sizes that change all the time.
-CSamples run(CDSPZeroLatencyConvolver& convolver, const CSamples& in, int blockSize)
+CSamples run(CConvolver& convolver, const CSamples& in, int blockSize)
 {
     CSamples out(in.size());
     std::mt19937 random(11);
@@ -128,9 +154,9 @@ TEST(AZeroLatencyConvolver, EqualsTheDirectSumRoundEveryBoundaryOfItsPlan)
             if (length < 1)
                 continue;
             SCOPED_TRACE(length);
-            CDSPZeroLatencyConvolver convolver(length % 8);
+            CConvolver convolver(length % 8);
             const CSamples taps = impulse(length, 1);
-            convolver.load(taps.data(), length, 1.0);
+            convolver.load(taps);
             const CSamples in = clicks(length + 12000);
             EXPECT_LT(worstDifference(run(convolver, in, 0), convolveDirectly(in, taps)),
                       kTolerance);
@@ -141,9 +167,9 @@ TEST(AZeroLatencyConvolver, HasAllStagesOfBothPlans)
 {
     for (const int length : {40000, 65536, 65537}) {
         SCOPED_TRACE(length);
-        CDSPZeroLatencyConvolver convolver(5);
+        CConvolver convolver(5);
         const CSamples taps = impulse(length, 2);
-        convolver.load(taps.data(), length, 0.5);
+        convolver.load(taps, 0.5);
         const CSamples in = clicks(length + 40000);
         CSamples expected = convolveDirectly(in, taps);
         for (double& sample : expected)
@@ -160,8 +186,8 @@ TEST(AZeroLatencyConvolver, SoundsTheSameInAllPhasesAndBlockSizes)
     for (int phase = 0; phase < CDSPConvolverPhase::kCount; ++phase)
         for (const int blockSize : {1, 2, 15, 16, 17, 63, 64, 100, 511, 512, 3000}) {
             SCOPED_TRACE(testing::Message() << phase << " in blocks of " << blockSize);
-            CDSPZeroLatencyConvolver convolver(phase);
-            convolver.load(taps.data(), 4498, 1.0);
+            CConvolver convolver(phase);
+            convolver.load(taps);
             EXPECT_LT(worstDifference(run(convolver, in, blockSize), expected), kTolerance);
         }
 }
@@ -170,8 +196,8 @@ TEST(AZeroLatencyConvolver, StartsAfreshAfterReset)
 {
     const CSamples taps = impulse(4498, 4);
     const CSamples in = noise(5000, 5);
-    CDSPZeroLatencyConvolver convolver(3);
-    convolver.load(taps.data(), 4498, 1.0);
+    CConvolver convolver(3);
+    convolver.load(taps);
     const CSamples first = run(convolver, in, 100);
     convolver.reset();
     EXPECT_EQ(run(convolver, in, 100), first);
@@ -183,13 +209,13 @@ TEST(AZeroLatencyConvolver, TurnsToANewImpulseWithinItsLongestBlocks)
         SCOPED_TRACE(nextLength);
         const CSamples before = impulse(4498, 6);
         const CSamples after = impulse(nextLength, 7);
-        CDSPZeroLatencyConvolver convolver(1);
-        convolver.load(before.data(), 4498, 1.0);
+        CConvolver convolver(1);
+        convolver.load(before);
         const CSamples in = clicks(200000);
         const std::size_t change = 5000;
         CSamples out(in.size());
         convolver.process(in.data(), out.data(), static_cast<int>(change));
-        convolver.load(after.data(), nextLength, 1.0);
+        convolver.load(after);
         convolver.process(in.data() + change, out.data() + change,
                           static_cast<int>(in.size() - change));
         // What a stage that is new can't know of the past has faded after the impulse's length.
@@ -204,6 +230,38 @@ TEST(AZeroLatencyConvolver, TurnsToANewImpulseWithinItsLongestBlocks)
     }
 }
 
+TEST(AZeroLatencyConvolver, SharesImpulsesWithOthers)
+{
+    const CSamples in = clicks(9000);
+    CDSPImpulseRef shared[] = {nullptr, nullptr};
+    CSamples expected[2];
+    for (int i = 0; i < 2; ++i) {
+        const CSamples taps = impulse(3000 + 1500 * i, static_cast<unsigned>(20 + i));
+        shared[i].reset(new CDSPConvolverImpulse(taps.data(), static_cast<int>(taps.size()), 1.0));
+        expected[i] = convolveDirectly(in, taps);
+    }
+    CConvolver first(2);
+    CConvolver second(5);
+    first.load(shared[0]);
+    second.load(shared[0]);
+    EXPECT_LT(worstDifference(run(first, in, 64), expected[0]), kTolerance);
+    EXPECT_LT(worstDifference(run(second, in, 200), expected[0]), kTolerance);
+    // Loads in a row, of which stages see none but the last, leave nothing behind.
+    for (int i = 0; i < 5; ++i) {
+        first.load(shared[1]);
+        first.load(shared[0]);
+    }
+    first.load(shared[1]);
+    run(first, in, 64);
+    first.reset();
+    EXPECT_LT(worstDifference(run(first, in, 64), expected[1]), kTolerance);
+    second.load(shared[1]);
+    run(second, in, 64);
+    first.load(impulse(500, 22));
+    second.load(impulse(500, 22));
+    EXPECT_EQ(shared[0].use_count(), 1) << "what was replaced before the last load is let go of";
+}
+
 TEST(AZeroLatencyConvolver, AllocatesNothingWhileItRuns)
 {
     const CSamples taps = impulse(20000, 8);
@@ -212,15 +270,15 @@ TEST(AZeroLatencyConvolver, AllocatesNothingWhileItRuns)
     const int first = countHeapAllocations();
     if (first < 0)
         GTEST_SKIP() << "the heap is a sanitizer's";
-    CDSPZeroLatencyConvolver convolver(0);
-    convolver.load(taps.data(), 20000, 1.0);
+    CConvolver convolver(0);
+    convolver.load(taps);
     const int before = countHeapAllocations();
     EXPECT_GT(before, first) << "loading does";
     convolver.process(in.data(), out.data(), 15000);
     convolver.reset();
     convolver.process(in.data(), out.data(), 15000);
     EXPECT_EQ(countHeapAllocations(), before);
-    convolver.load(taps.data(), 19000, 1.0);
+    convolver.load(impulse(19000, 8));
     const int loaded = countHeapAllocations();
     convolver.process(in.data(), out.data(), 15000);
     EXPECT_EQ(countHeapAllocations(), loaded) << "turning to new taps";
