@@ -80,21 +80,30 @@ const CAudioParamStorage* CModBankedConvolver::valuesOf(EParam param) const
 void CModBankedConvolver::reset()
 {
     CAudioProcessBase::reset();
-    for (CFilter& filter : filters)
-        filter.convolver.reset();
+    resetFilters();
     for (CDSPModDelay& delay : delays)
         delay.reset();
 }
 
+void CModBankedConvolver::resetFilters()
+{
+    for (CFilter& filter : filters)
+        filter.convolver.reset();
+}
+
 void CModBankedConvolver::update()
 {
-    bool isReloadDue = takeFormat();
-    isReloadDue |= takeChoice();
+    const bool isFormatNew = takeFormat();
+    const bool isChoiceNew = takeChoice();
     if (!isEnabled()) {
         endFilters();
         setStatus("Bypass");
-    } else if (isReloadDue || filters.isEmpty()) {
+    } else if (isFormatNew || isChoiceNew || filters.isEmpty()) {
         reload();
+        // What was heard at another rate means nothing at this one, nor do the taps of that rate,
+        // which stages would go on with until their next block.
+        if (isFormatNew)
+            resetFilters();
     }
     fitDelays();
 }

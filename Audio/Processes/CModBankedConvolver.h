@@ -42,6 +42,7 @@ private:
     [[nodiscard]] bool takeFormat();
     [[nodiscard]] bool takeChoice();
     [[nodiscard]] bool isEnabled() const;
+    void resetFilters();
     void reload();
     [[nodiscard]] CError* load(CBankedImpulseRef& impulse) const;
     void setImpulse(const CBankedImpulseRef& impulse);

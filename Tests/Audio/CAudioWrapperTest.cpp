@@ -10,7 +10,8 @@ namespace {
 using test::noise;
 using test::sine;
 
-constexpr int kLatency44 = 6; // two stages, each late by ceil(2 / 44100 of the rate) + 1 samples
+// Two stages, each late by ceil(2 / 44100 of the rate) + 1 samples, and the impulses' peak.
+constexpr int kLatency44 = 6 + 58;
 
 bool isFinite(const CChannel& channel)
 {
@@ -58,7 +59,8 @@ TEST_F(AnInstance, FollowsTheRateWithItsLatency)
         int latency;
     };
     for (const CRow& row :
-         {CRow{48000.0, 8}, CRow{96000.0, 12}, CRow{192000.0, 20}, CRow{44100.0, kLatency44}}) {
+         {CRow{48000.0, 8 + 63}, CRow{96000.0, 12 + 126}, CRow{192000.0, 20 + 253},
+          CRow{44100.0, kLatency44}}) {
         SCOPED_TRACE(row.rate);
         wrapper->stopProcessing();
         wrapper->setSampleRate(row.rate);
@@ -167,7 +169,7 @@ TEST_F(AnInstance, PutsAChangeAtTheSampleOfItsEvent)
     begin();
     const CChannel plain = process(in);
 
-    for (const int at : {20, 300, 511, 512, 1998}) {
+    for (const int at : {100, 300, 511, 512, 1998}) {
         SCOPED_TRACE(at);
         makeInstance();
         begin();
@@ -350,7 +352,9 @@ TEST_F(AnInstance, TakesAFormatThatChangesWhileItRuns)
     setFormat(2, 44100.0);
     const std::vector<CChannel> out = process({in, in});
     EXPECT_GT(peakOf(out[0]), 0.1);
-    EXPECT_EQ(out[0], out[1]);
+    // Convolvers transform at moments of their own, and so round differently.
+    for (std::size_t i = 0; i < in.size(); ++i)
+        ASSERT_NEAR(out[0][i], out[1][i], 1e-14);
 }
 
 // Routing

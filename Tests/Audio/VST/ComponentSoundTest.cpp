@@ -41,7 +41,15 @@ struct CPoint {
 constexpr CPoint kAutomation[] = {{100, 1, 0.7},  {700, 3, 0.9},  {701, 3, 0.8},
                                   {1500, 9, 0.4}, {1500, 1, 0.2}, {2047, 8, 0.6}};
 
-// The noise of the tape follows one seed, so equal sounds mean equal ways.
+// The noise of the tape follows one seed, so equal sounds mean equal ways, but for how convolvers
+// round: the transforms of each fall on other samples.
+void expectSame(const CComponentRig::CChannels& out, const CComponentRig::CChannels& expected)
+{
+    for (std::size_t c = 0; c < 2; ++c)
+        for (std::size_t i = 0; i < expected[c].size(); ++i)
+            ASSERT_NEAR(out[c][i], expected[c][i], 1e-14);
+}
+
 TEST(TheComponentsSound, IsThatOfTheWrapperToTheSample)
 {
     const CComponentRig::CChannels in = noise(4096);
@@ -80,7 +88,7 @@ TEST(TheComponentsSound, IsThatOfTheWrapperToTheSample)
         void* const outputs[] = {expected[0].data() + at, expected[1].data() + at};
         wrapper.processBlock(outputs, outputs, kBlock);
     }
-    EXPECT_EQ(out, expected);
+    expectSame(out, expected);
 }
 
 TEST(TheComponentsSound, IsTheSameBehindASavedState)
@@ -99,7 +107,7 @@ TEST(TheComponentsSound, IsTheSameBehindASavedState)
     second.initialize();
     ASSERT_EQ(second.setState(saved), Steinberg::kResultOk);
     second.setUp(44100.0);
-    EXPECT_EQ(second.processAll(in, 500), out);
+    expectSame(second.processAll(in, 500), out);
 }
 
 } // namespace
