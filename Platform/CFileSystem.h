@@ -9,8 +9,8 @@ enum class EPathKind { Missing, File, Folder, Other };
 
 /// What tells a file's present content from a former one, without a look inside.
 struct CFileStamp {
-    std::uint64_t number = 0; // of the file in its file system: another one when it was replaced
-    std::int64_t size = 0;    // bytes
+    std::uint64_t number = 0;  // of the file in its file system: another one when it was replaced
+    std::int64_t size = 0;     // bytes
     std::int64_t modified = 0; // nanoseconds since some moment
     bool operator==(const CFileStamp&) const = default;
 };

@@ -24,9 +24,9 @@ public:
     /// The partitions of one block size, each of 2^order taps.
     struct CStage {
         int order = 0;
-        int delay = 0;                     // samples beyond the 2.5 blocks of the stage
-        CArray<const double*> partitions;  // split spectra, the one with the latest taps first
-        CAlignedArray<double> spectra;     // what they point into
+        int delay = 0;                    // samples beyond the 2.5 blocks of the stage
+        CArray<const double*> partitions; // split spectra, the one with the latest taps first
+        CAlignedArray<double> spectra;    // what they point into
     };
 
     /// Takes the impulse of `length` taps (1 at least) times `gain`. [any] Allocates.

@@ -23,8 +23,7 @@ CError* CImpulseSource::fromFile(CImpulseSource& source, const CString& fileName
     source = {};
     source.path = fileName;
     // What isn't a file might never end, or never begin; "*" would be the standard input.
-    const int code = fileName == "*" ? -1
-                                     : getFileStamp(fileName.toUtf8().c_str(), source.stamp);
+    const int code = fileName == "*" ? -1 : getFileStamp(fileName.toUtf8().c_str(), source.stamp);
     if (code != 0)
         TSM_FAIL("@tsmstr_CImpulseSource_fromFile_NoFile "
                  "The impulse file '%1' can't be looked at (error %2).",

@@ -67,8 +67,8 @@ void CImpulseGain::add(const double* taps, int count)
     transform.multiply(frame.data(), signal.data(), frame.data());
     transform.inverse(frame.data(), frame.data(), work.data());
     const double squareOut = sumOfSquares(frame);
-    total += std::isfinite(squareOut) ? squareIn / squareOut
-                                      : std::numeric_limits<double>::quiet_NaN();
+    total +=
+        std::isfinite(squareOut) ? squareIn / squareOut : std::numeric_limits<double>::quiet_NaN();
     ++channelCount;
 }
 

@@ -26,9 +26,8 @@ void resampleChannel(rsk::CDSPResampler16& chain, const CArray<double>& in, CArr
     for (int at = 0; out.getCount() < outLength; at += kMaxIn) {
         const int left = in.getCount() - std::min(at, in.getCount());
         const double* ready = nullptr;
-        const int count = left > 0
-                              ? chain.process(in.data() + at, std::min(left, kMaxIn), ready)
-                              : chain.process(silence, kMaxIn, ready);
+        const int count = left > 0 ? chain.process(in.data() + at, std::min(left, kMaxIn), ready)
+                                   : chain.process(silence, kMaxIn, ready);
         const int wanted = std::min(count, outLength - out.getCount());
         for (int i = 0; i < wanted; ++i)
             out.add(ready[i]);
@@ -55,8 +54,8 @@ CError* CImpulseLoader::checkLength()
         TSM_FAIL("@tsmstr_CImpulseLoader_checkLength_RateError "
                  "The impulse's sample rate (%1 Hz) can't be brought to %2 Hz.",
                  toFixed(fileRate, 1), toFixed(rate, 1));
-    const double length = std::min(static_cast<double>(file.getSampleCount()),
-                                   roundHalfAway(kMaxSeconds * fileRate));
+    const double length =
+        std::min(static_cast<double>(file.getSampleCount()), roundHalfAway(kMaxSeconds * fileRate));
     const double resampled = fileRate == rate ? length : roundHalfAway(length * rate / fileRate);
     if (resampled < 1.0 || resampled > kMaxLength || length > kMaxLength)
         TSM_FAIL("@tsmstr_CImpulseLoader_checkLength_LengthError "

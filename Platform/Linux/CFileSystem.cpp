@@ -30,8 +30,7 @@ int getFileStamp(const char* path, CFileStamp& stamp) noexcept
         return errno;
     if (!S_ISREG(info.st_mode))
         return S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
-    stamp = {info.st_ino, info.st_size,
-             info.st_mtim.tv_sec * kPerSecond + info.st_mtim.tv_nsec};
+    stamp = {info.st_ino, info.st_size, info.st_mtim.tv_sec * kPerSecond + info.st_mtim.tv_nsec};
     return 0;
 }
 

@@ -58,9 +58,8 @@ TEST_F(AnInstance, FollowsTheRateWithItsLatency)
         double rate;
         int latency;
     };
-    for (const CRow& row :
-         {CRow{48000.0, 8 + 63}, CRow{96000.0, 12 + 126}, CRow{192000.0, 20 + 253},
-          CRow{44100.0, kLatency44}}) {
+    for (const CRow& row : {CRow{48000.0, 8 + 63}, CRow{96000.0, 12 + 126},
+                            CRow{192000.0, 20 + 253}, CRow{44100.0, kLatency44}}) {
         SCOPED_TRACE(row.rate);
         wrapper->stopProcessing();
         wrapper->setSampleRate(row.rate);
