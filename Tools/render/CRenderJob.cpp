@@ -1,6 +1,7 @@
 #include "Tools/render/CRenderJob.h"
 
 #include "Audio/CAudioParamRegistry.h"
+#include "Audio/Processes/CBankedImpulse.h"
 #include "Audio/ProductCreators.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
@@ -80,6 +81,22 @@ CError* CRenderJob::chooseProgram()
     TSM_FAIL("there is no preset '%1'", wanted);
 }
 
+CError* CRenderJob::chooseImpulse()
+{
+    if (options.impulsePath.empty())
+        return nullptr;
+    const CString path = CString::fromUtf8(options.impulsePath);
+    if (!options.isList) {
+        // The engine would pass the sound without it, and say nothing.
+        CImpulseSource source;
+        CBankedImpulseRef impulse;
+        TSM_TRY(CImpulseSource::fromFile(source, path));
+        TSM_TRY(loadImpulse(impulse, source, sound.getRate(), sound.getChannelCount()));
+    }
+    TSM_TRY(params->set({"modReelpath.cab-filename", path}));
+    return params->set({"modReelpath.cab-index", "0"});
+}
+
 CError* CRenderJob::saveState()
 {
     if (options.saveStatePath.empty())
@@ -96,6 +113,7 @@ CError* CRenderJob::applySettings()
 {
     TSM_TRY(loadState());
     TSM_TRY(chooseProgram());
+    TSM_TRY(chooseImpulse());
     for (const CNamedText& setting : options.settings)
         TSM_TRY(params->set(setting));
     return nullptr;

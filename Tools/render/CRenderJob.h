@@ -27,6 +27,7 @@ private:
     [[nodiscard]] CError* startEngine();
     [[nodiscard]] CError* loadState();
     [[nodiscard]] CError* chooseProgram();
+    [[nodiscard]] CError* chooseImpulse();
     [[nodiscard]] CError* saveState();
     [[nodiscard]] CError* applySettings();
     [[nodiscard]] CError* readAutomations();

@@ -75,6 +75,8 @@ TEST_F(RenderCommand, RefusesWithOneLineAndLeavesNothing)
              {{"in.wav", "out.wav", "--block", "65537"}, "--block"},
              {{"in.wav", "out.wav", "--format", "u8"}, "--format"},
              {{"in.wav", "out.wav", "--no-such"}, "--no-such"},
+             {{"in.wav", "out.wav", "--impulse", "absent.wav"}, "absent.wav"},
+             {{"in.wav", "out.wav", "--impulse", "text.wav"}, "Unrecognized file type"},
              {{"in.wav", "out.wav", "extra.wav"}, "extra.wav"},
              {{"in.wav", "out.wav", "--set", "modReelpath.gain=1"}, "modReelpath.gain"},
              {{"in.wav", "out.wav", "--set", "modReelpath.recgain"}, "NAME=TEXT"},
@@ -168,6 +170,24 @@ TEST_F(RenderCommand, AlignsTheSoundAndCarriesTheTail)
     ASSERT_EQ(raw.getFrameCount(), padded.getFrameCount());
     EXPECT_EQ(aligned.samples, part(raw, kLatency, 5000 + kTail));
     EXPECT_EQ(command.render(sound, {"--raw"}).samples, part(raw, 0, 5000));
+}
+
+TEST_F(RenderCommand, TakesAnImpulseFromAFile)
+{
+    const CTestSound sound = makeMusic(44100, 1, 3000);
+    const CTestSound late = command.render(sound, {"--raw", "--set", "modReelpath.cab-enable=Off"});
+    CTestSound impulse = makeMusic(44100, 1, 59);
+    impulse.samples.assign(59, 0.0);
+    impulse.samples[58] = 0.5; // brought to level, it does what stands in when none is on
+    command.writeSound("impulse.wav", impulse);
+    const CTestSound out = command.render(sound, {"--raw", "--impulse", "impulse.wav"});
+    for (std::size_t i = 0; i < out.samples.size(); ++i)
+        ASSERT_NEAR(out.samples[i], late.samples[i], 1e-13) << i;
+
+    const CCommandResult saved =
+        command.run({"--impulse", "impulse.wav", "--save-state", "state", "in.wav", "out.wav"});
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_EQ(command.render(sound, {"--raw", "--load-state", "state"}).samples, out.samples);
 }
 
 TEST_F(RenderCommand, GivesTheInputBackWhenBypassed)
