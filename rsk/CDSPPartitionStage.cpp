@@ -78,6 +78,17 @@ void CDSPPartitionStage::reset() noexcept
         takePending();
 }
 
+void CDSPPartitionStage::catchUp(const double* past, int count, double* work) noexcept
+{
+    reset();
+    double unheard[64] = {};
+    for (int i = 0; i < count;) {
+        const int run = std::min(count - i, static_cast<int>(std::size(unheard)));
+        process(past + i, unheard, run, work);
+        i += run;
+    }
+}
+
 void CDSPPartitionStage::process(const double* in, double* out, int count, double* work) noexcept
 {
     while (count > 0) {

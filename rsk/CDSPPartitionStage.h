@@ -34,6 +34,9 @@ public:
     void load(const CDSPImpulseRef& impulse, int index);
     /// Forgets all input. [audio] No allocation.
     void reset() noexcept;
+    /// Brings a stage that wasn't fed up to date: `past` holds the stage's getPastCount() samples
+    /// before the next one (or fewer, where before them was silence). [audio] No allocation.
+    void catchUp(const double* past, int count, double* work) noexcept;
     /// Adds the convolution of `in` to `out`, `count` samples each; `work` has what the transform
     /// needs. [audio] No allocation, no lock.
     void process(const double* in, double* out, int count, double* work) noexcept;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cstring>
 
 namespace tsm::rsk {
 
@@ -18,6 +17,9 @@ constexpr int kStartOffsets[CDSPPartitionPlan::kMaxStages][CDSPConvolverPhase::k
     {2, 6, 4, 0, 5, 1, 3, 7}, {0, 4, 2, 6, 3, 7, 1, 5},
 };
 
+/// The longest piece that the direct filter takes at once.
+constexpr int kMaxPiece = 64;
+
 } // namespace
 
 CDSPZeroLatencyConvolver::CDSPZeroLatencyConvolver(int wantedPhase) : phase(wantedPhase)
@@ -29,23 +31,9 @@ void CDSPZeroLatencyConvolver::load(const CDSPImpulseRef& newImpulse)
 {
     if (newImpulse == impulse)
         return;
-    fitLine(newImpulse->getHeadLength());
+    line.fit(newImpulse->getPastCount() + kMaxPiece);
     impulse = newImpulse;
     loadStages();
-}
-
-void CDSPZeroLatencyConvolver::fitLine(int headLength)
-{
-    const int formerPast = impulse ? impulse->getHeadLength() - 1 : 0;
-    const int past = headLength - 1;
-    if (impulse && past == formerPast)
-        return;
-    CAlignedArray<double> newLine(past + kMaxBlock + kKernelPad);
-    const int kept = std::min(past, formerPast);
-    if (kept > 0)
-        std::memcpy(newLine.data() + past - kept, line.data() + formerPast - kept,
-                    static_cast<std::size_t>(kept) * sizeof(double));
-    line.swap(newLine);
 }
 
 void CDSPZeroLatencyConvolver::loadStages()
@@ -56,6 +44,7 @@ void CDSPZeroLatencyConvolver::loadStages()
         stages.clear();
     while (stages.getCount() > count)
         stages.remove(stages.getCount() - 1);
+    restingCount = std::min(restingCount, stages.getCount());
     for (int i = 0; i < count; ++i) {
         const bool isNew = i >= stages.getCount();
         if (isNew) {
@@ -63,7 +52,7 @@ void CDSPZeroLatencyConvolver::loadStages()
             stages.create(cut.order, (kStartOffsets[i][phase] << cut.order) / 16, cut.delay);
         }
         stages[i].load(impulse, i);
-        if (isNew)
+        if (isNew || i < restingCount)
             stages[i].reset();
     }
 }
@@ -73,6 +62,7 @@ void CDSPZeroLatencyConvolver::reset() noexcept
     line.clear();
     for (CDSPPartitionStage& stage : stages)
         stage.reset();
+    restingCount = 0;
 }
 
 void CDSPZeroLatencyConvolver::process(const double* in, double* out, int count,
@@ -82,20 +72,66 @@ void CDSPZeroLatencyConvolver::process(const double* in, double* out, int count,
         std::fill_n(out, count, 0.0);
         return;
     }
-    for (; count > 0; count -= kMaxBlock, in += kMaxBlock, out += kMaxBlock)
-        processBlock(in, out, std::min(count, kMaxBlock), work);
+    const CDSPConvolverImpulse::CPrefix* prefix = impulse->findPrefix(count);
+    const int first = prefix ? prefix->stageCount : 0;
+    wakeStages(first, work);
+    if (!prefix)
+        convolveDirectly(impulse->getHead(), in, out, count);
+    else if (!prefix->transform)
+        convolveDirectly(prefix->filter, in, out, count);
+    else
+        transformPieces(*prefix, in, out, count, work);
+    for (int i = first; i < stages.getCount(); ++i)
+        stages[i].process(in, out, count, work);
 }
 
-void CDSPZeroLatencyConvolver::processBlock(const double* in, double* out, int count,
-                                            double* work) noexcept
+/// Stages before `first` rest from now on; those behind it that did so far catch up.
+void CDSPZeroLatencyConvolver::wakeStages(int first, double* work) noexcept
 {
-    const int past = impulse->getHeadLength() - 1;
-    double* block = line.data() + past;
-    std::memcpy(block, in, static_cast<std::size_t>(count) * sizeof(double));
-    kernels.convolveDirect(block, out, count, impulse->getHead(), past + 1);
-    for (CDSPPartitionStage& stage : stages)
-        stage.process(block, out, count, work);
-    std::memmove(line.data(), line.data() + count, static_cast<std::size_t>(past) * sizeof(double));
+    for (int i = first; i < restingCount; ++i) {
+        const int count = impulse->getStage(i).getPastCount();
+        stages[i].catchUp(line.newest(count), count, work);
+    }
+    restingCount = first;
+}
+
+void CDSPZeroLatencyConvolver::convolveDirectly(const CDSPDirectFilter& filter, const double* in,
+                                                double* out, int count) noexcept
+{
+    for (int i = 0; i < count; i += kMaxPiece) {
+        const int piece = std::min(count - i, kMaxPiece);
+        line.append(in + i, piece);
+        filter.process(line.newest(piece), out + i, piece);
+    }
+}
+
+void CDSPZeroLatencyConvolver::transformPieces(const CDSPConvolverImpulse::CPrefix& prefix,
+                                               const double* in, double* out, int count,
+                                               double* work) noexcept
+{
+    const CDSPRealFFT& transform = *prefix.transform;
+    const int length = transform.getCount();
+    const int past = prefix.tapCount - 1;
+    const int maxPiece = length - past;
+    double* frame = work;
+    double* spectrum = frame + length;
+    double* rest = spectrum + length;
+    // Pieces of equal length, as few as will do.
+    const int pieceCount = (count + maxPiece - 1) / maxPiece;
+    for (int i = 0, done = 0; i < pieceCount; ++i) {
+        const int piece = (count - done) / (pieceCount - i);
+        std::copy_n(line.newest(past), past, frame);
+        std::copy_n(in + done, piece, frame + past);
+        std::fill(frame + past + piece, frame + length, 0.0);
+        transform.forwardSplit(frame, spectrum, rest);
+        const double* const taps = prefix.spectrum.data();
+        kernels.sumProducts(&spectrum, &taps, 1, frame, length / 2, 0, length / 2);
+        transform.inverseSplit(frame, spectrum, rest);
+        // Before these the circular convolution has wrapped.
+        std::copy_n(spectrum + past, piece, out + done);
+        line.append(in + done, piece);
+        done += piece;
+    }
 }
 
 } // namespace tsm::rsk

@@ -2,6 +2,7 @@
 
 #include "Core/COwnedArray.h"
 #include "rsk/CAlignedArray.h"
+#include "rsk/CDSPInputLine.h"
 #include "rsk/CDSPPartitionStage.h"
 #include "rsk/CStdClassAllocator.h"
 #include "rsk/DSPKernels.h"
@@ -11,11 +12,12 @@ namespace tsm::rsk {
 /// Convolves one channel with a long impulse, without latency (Gardner, "Efficient convolution
 /// without input-output delay", 1995): a direct filter for the first taps and stages of growing
 /// block size for the rest, as `CDSPPartitionPlan` cuts it.
+///
+/// Where a block is long enough, a longer direct filter, or one transform of the block and its
+/// past, does the work of the first stages for less. Those then rest; when shorter blocks come,
+/// they are brought up to date from the past.
 class CDSPZeroLatencyConvolver : public CStdClassAllocator {
 public:
-    /// The longest block that is convolved at once; `process` cuts what is longer.
-    static constexpr int kMaxBlock = 512;
-
     /// `phase` (0 to 7) says at which moments the stages transform, and doesn't change the sound;
     /// a `CDSPConvolverPhase` gives it. [any]
     explicit CDSPZeroLatencyConvolver(int phase);
@@ -26,20 +28,30 @@ public:
     void load(const CDSPImpulseRef& newImpulse);
     /// Forgets all input and keeps the impulse. [audio] No allocation.
     void reset() noexcept;
-    /// Writes `count` samples; `out` may be `in`. Without an impulse they are zero. `work` has the
-    /// impulse's getWorkCount() doubles, of any content. [audio] No allocation, no lock.
+    /// Doubles of work space for blocks of up to `count` samples with the present impulse.
+    [[nodiscard]] int getWorkCount(int count) const noexcept
+    {
+        return impulse ? impulse->getWorkCount(count) : 0;
+    }
+    /// Writes `count` samples, which don't overlap the input. Without an impulse they are zero.
+    /// `work` has getWorkCount(count) doubles, of any content. [audio] No allocation,
+    /// no lock.
     void process(const double* in, double* out, int count, double* work) noexcept;
 
 private:
-    void fitLine(int headLength);
     void loadStages();
-    void processBlock(const double* in, double* out, int count, double* work) noexcept;
+    void wakeStages(int first, double* work) noexcept;
+    void convolveDirectly(const CDSPDirectFilter& filter, const double* in, double* out,
+                          int count) noexcept;
+    void transformPieces(const CDSPConvolverImpulse::CPrefix& prefix, const double* in, double* out,
+                         int count, double* work) noexcept;
 
     const CDSPKernels& kernels = dspKernels();
     const int phase;
     CDSPImpulseRef impulse;
-    CAlignedArray<double> line; // the head's past, then the block
+    CDSPInputLine line;
     COwnedArray<CDSPPartitionStage> stages;
+    int restingCount = 0; // stages, from the first on, that haven't been fed
 };
 
 } // namespace tsm::rsk

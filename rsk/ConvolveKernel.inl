@@ -60,33 +60,50 @@ void sumProducts(const double* const* a, const double* const* b, int pairCount, 
     sum[halfCount] = nyquist;
 }
 
-/// `Count` vectors of outputs at once: as many sums hide the latency of the additions.
+/// `Count` vectors of outputs at once share each row. As many sums as there are, eight in all, hide
+/// the latency of the additions: with few outputs they are sums of every second row and so on.
 template <int Count>
-TSM_INLINE void convolveAt(const double* in, double* out, const double* taps, int tapCount)
+TSM_INLINE void convolveAt(const double* in, double* out, const double* rows, int rowCount)
 {
-    V sums[Count];
-    for (int i = 0; i < Count; ++i)
-        sums[i] = V{};
-    for (int k = 0; k < tapCount; ++k) {
-        const V tap = spread(taps[k]);
+    constexpr int kChains = 8 / Count;
+    V sums[kChains][Count];
+    for (int chain = 0; chain < kChains; ++chain)
         for (int i = 0; i < Count; ++i)
-            sums[i] += tap * load(in - k + i * kLanes);
+            sums[chain][i] = V{};
+    const double* sample = in + kLanes - 1;
+    const auto addRow = [&](int row, V* sum) {
+        const V taps = load(rows + row * kLanes);
+        for (int i = 0; i < Count; ++i)
+            sum[i] += taps * spread(sample[i * kLanes - row]);
+    };
+    int row = 0;
+    for (; row + kChains <= rowCount; row += kChains)
+        for (int chain = 0; chain < kChains; ++chain)
+            addRow(row + chain, sums[chain]);
+    for (; row < rowCount; ++row)
+        addRow(row, sums[0]);
+    for (int i = 0; i < Count; ++i) {
+        V sum = sums[0][i];
+        for (int chain = 1; chain < kChains; ++chain)
+            sum += sums[chain][i];
+        store(out + i * kLanes, sum);
     }
-    for (int i = 0; i < Count; ++i)
-        store(out + i * kLanes, sums[i]);
 }
 
-void convolveDirect(const double* in, double* out, int count, const double* taps,
+void convolveDirect(const double* in, double* out, int count, const double* rows,
                     int tapCount) noexcept
 {
+    const int rowCount = tapCount + kLanes - 1;
     int at = 0;
     for (; at + 8 * kLanes <= count; at += 8 * kLanes)
-        convolveAt<8>(in + at, out + at, taps, tapCount);
+        convolveAt<8>(in + at, out + at, rows, rowCount);
+    for (; at + 4 * kLanes <= count; at += 4 * kLanes)
+        convolveAt<4>(in + at, out + at, rows, rowCount);
     for (; at + 2 * kLanes <= count; at += 2 * kLanes)
-        convolveAt<2>(in + at, out + at, taps, tapCount);
+        convolveAt<2>(in + at, out + at, rows, rowCount);
     for (; at < count; at += kLanes) {
         double last[kLanes];
-        convolveAt<1>(in + at, last, taps, tapCount);
+        convolveAt<1>(in + at, last, rows, rowCount);
         for (int i = 0; i < kLanes && at + i < count; ++i)
             out[at + i] = last[i];
     }

@@ -47,9 +47,11 @@ struct CDSPKernels {
     /// one first; all spectra split, of 2 * `halfCount` doubles.
     void (*sumProducts)(const double* const* a, const double* const* b, int pairCount, double* sum,
                         int halfCount, int first, int end) noexcept;
-    /// out[i] = sum of taps[k] * in[i - k], first tap first. `in` has its past in front and may be
-    /// read up to kKernelPad samples beyond its end; `out` is exact.
-    void (*convolveDirect)(const double* in, double* out, int count, const double* taps,
+    /// out[i] = sum of taps[k] * in[i - k]. Lane j of row r (of `lanes` doubles,
+    /// tapCount + lanes - 1 rows) is tap r - (lanes - 1) + j, or zero. `in` has its past in front,
+    /// `lanes` samples more than the taps reach, and may be read up to kKernelPad samples beyond
+    /// its end; `out` is exact.
+    void (*convolveDirect)(const double* in, double* out, int count, const double* rows,
                            int tapCount) noexcept;
 
     // The resampler's loops. They work on whole vectors, so inputs may be read and outputs written

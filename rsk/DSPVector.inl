@@ -27,7 +27,14 @@ TSM_INLINE void store(double* to, V value)
 
 TSM_INLINE V spread(double value)
 {
-    return V{} + value;
+    // Spelled out: a sum with zero would be computed, for the sake of negative zero.
+#if TSM_LANES == 2
+    return V{value, value};
+#elif TSM_LANES == 4
+    return V{value, value, value, value};
+#else
+    return V{value, value, value, value, value, value, value, value};
+#endif
 }
 
 struct CPair {

@@ -191,14 +191,8 @@ void CModBankedConvolver::setImpulse(const CBankedImpulseRef& impulse)
         filters.remove(filters.getCount() - 1);
     while (filters.getCount() < channelCount)
         filters.create();
-    int workCount = 0;
-    for (int i = 0; i < channelCount; ++i) {
-        const rsk::CDSPImpulseRef channel = channelOf(impulse, i);
-        workCount = std::max(workCount, channel->getWorkCount());
-        filters[i].convolver.load(channel);
-    }
-    if (work.getCount() < workCount)
-        work.allocate(workCount);
+    for (int i = 0; i < channelCount; ++i)
+        filters[i].convolver.load(channelOf(impulse, i));
     CBankedImpulseCache::get().trim();
 }
 
@@ -207,7 +201,6 @@ void CModBankedConvolver::endFilters()
     if (filters.isEmpty())
         return;
     filters.clear();
-    work.allocate(0);
     CBankedImpulseCache::get().trim();
 }
 
@@ -247,12 +240,15 @@ void CModBankedConvolver::process()
 
 void CModBankedConvolver::processChannel(int channel, const double* in, double* out, int count)
 {
-    if (channel < filters.getCount())
-        filters[channel].convolver.process(in, out, count, work.data());
-    else if (channel < delays.getCount())
+    if (channel < filters.getCount()) {
+        rsk::CDSPZeroLatencyConvolver& convolver = filters[channel].convolver;
+        const CAudioBlockRef work = getPool().take(std::max(convolver.getWorkCount(count), 1));
+        convolver.process(in, out, count, work.write());
+    } else if (channel < delays.getCount()) {
         delays[channel].process(in, out, count);
-    else
+    } else {
         std::fill_n(out, count, 0.0);
+    }
 }
 
 } // namespace tsm

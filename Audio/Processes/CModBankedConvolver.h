@@ -61,7 +61,6 @@ private:
     int index = -1;
     CString fileName;
     COwnedArray<CFilter> filters;
-    rsk::CAlignedArray<double> work; // for the convolvers, one after another
     COwnedArray<CDSPModDelay> delays;
 };
 

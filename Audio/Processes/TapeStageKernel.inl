@@ -47,7 +47,6 @@ struct CReadTrace {
     double fraction[kChunk];
     double weight[4][kChunk]; // of the four points, newest first; with fused multiply-add only
     int age[kChunk];
-    int lowestAge;
 };
 
 /// The sum of three uniform numbers a sample, -1.5 to 1.5; exact in any order, since all are
@@ -162,10 +161,6 @@ void traceFlutter(const CFlutterCoefficients& flutter, CFlutterState& state, CRe
         state.position = to == toWrap ? flutter.length - 1 : state.position - (to - from);
         from = to;
     }
-    int lowestAge = 2 * flutter.center;
-    for (int i = 0; i < count; ++i)
-        lowestAge = trace.age[i] < lowestAge ? trace.age[i] : lowestAge;
-    trace.lowestAge = lowestAge;
 }
 
 // The two widths of a pass: one channel as double, two as CPair.
@@ -356,6 +351,15 @@ void runOpen(const CTapeCoefficients& tape, CWork<V>& work, const CReadTrace& tr
     saturateRow(tape, reinterpret_cast<CWide*>(work.value), count * kLanes);
 }
 
+/// The age of the youngest sample that the chunk reads.
+int youngestRead(const CReadTrace& trace, int count)
+{
+    int youngest = trace.age[0];
+    for (int i = 1; i < count; ++i)
+        youngest = trace.age[i] < youngest ? trace.age[i] : youngest;
+    return youngest;
+}
+
 template <class V>
 V magnitude(V x)
 {
@@ -416,7 +420,8 @@ void runClosed(const CTapeCoefficients& tape, CWork<V>& work, const CReadTrace& 
     constexpr int kMaxRun = 8;
     const CCurve curve = makeCurve(tape.hardness);
     const double recGain = tape.recGain;
-    const int room = trace.lowestAge + 1 < kMaxRun ? trace.lowestAge + 1 : kMaxRun;
+    const int untilRead = youngestRead(trace, count) + 1;
+    const int room = untilRead < kMaxRun ? untilRead : kMaxRun;
     // Short runs end before joining pays, and there one channel gains more from its branch.
     const bool inPairs = room >= 4;
     const double* in0 = work.in[0];

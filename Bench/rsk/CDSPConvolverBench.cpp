@@ -34,7 +34,7 @@ void convolveBlock(benchmark::State& state)
     CDSPZeroLatencyConvolver convolver(0);
     const CDSPImpulseRef impulse(new CDSPConvolverImpulse(taps.data(), length, 1.0));
     convolver.load(impulse);
-    CAlignedArray<double> work(impulse->getWorkCount());
+    CAlignedArray<double> work(impulse->getWorkCount(count));
     std::vector<double> in = decay(count);
     std::vector<double> out(in.size());
     for (auto _ : state) {
@@ -85,8 +85,8 @@ void convolveWhole(benchmark::State& state)
 
 void eachBlockSize(benchmark::internal::Benchmark* bench)
 {
-    for (const int length : {4498, 26240, 209920})
-        for (const int count : {32, 64, 512})
+    for (const int length : {40, 168, 680, 2728, 4498, 26240, 209920})
+        for (const int count : {16, 32, 64, 128, 256, 480, 512, 2048, 4096})
             bench->Args({length, count});
 }
 

@@ -1,6 +1,8 @@
 #include "Tests/Audio/CTestInstance.h"
 #include "Tests/Support/TapeRig.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 #include <limits>
 
@@ -12,6 +14,9 @@ using test::sine;
 
 // Two stages, each late by ceil(2 / 44100 of the rate) + 1 samples, and the impulses' peak.
 constexpr int kLatency44 = 6 + 58;
+
+/// Blocks of another length are convolved another way, which rounds otherwise.
+constexpr double kRounding = 1e-13;
 
 bool isFinite(const CChannel& channel)
 {
@@ -176,10 +181,11 @@ TEST_F(AnInstance, PutsAChangeAtTheSampleOfItsEvent)
         wrapper->queueParamEvent(static_cast<unsigned>(at), 0, 0.25);
         const CChannel out = process(in, 2000);
         // The fade starts at gain 1: the sample behind the event is the first one to differ.
-        const auto differs = std::mismatch(out.begin(), out.end(), plain.begin()).first;
+        const auto isClose = [](double x, double y) { return std::abs(x - y) < kRounding; };
+        const auto differs = std::mismatch(out.begin(), out.end(), plain.begin(), isClose).first;
         EXPECT_EQ(differs - out.begin(), at + 1);
         for (std::size_t i = static_cast<std::size_t>(at) + 662; i < in.size(); ++i)
-            ASSERT_EQ(out[i], plain[i] * 0.25);
+            ASSERT_NEAR(out[i], plain[i] * 0.25, kRounding);
     }
 }
 
@@ -196,7 +202,8 @@ TEST_F(AnInstance, GivesTheSameSoundInEveryBlockSize)
         const std::vector<CChannel> out = process(in, blockSize);
         if (expected.empty())
             expected = out;
-        EXPECT_EQ(out, expected);
+        for (std::size_t i = 0; i < out.size(); ++i)
+            EXPECT_THAT(out[i], testing::Pointwise(testing::DoubleNear(kRounding), expected[i]));
     }
     EXPECT_GT(peakOf(expected[0]), 0.1);
     EXPECT_NE(expected[0], expected[1]);

@@ -77,8 +77,8 @@ public:
     void load(const CDSPImpulseRef& impulse)
     {
         convolver.load(impulse);
-        if (work.getCount() < impulse->getWorkCount())
-            work.allocate(impulse->getWorkCount());
+        if (work.getCount() < impulse->getWorkCount(kLongest))
+            work.allocate(impulse->getWorkCount(kLongest));
     }
     void process(const double* in, double* out, int count)
     {
@@ -87,6 +87,7 @@ public:
     void reset() { convolver.reset(); }
 
 private:
+    static constexpr int kLongest = 1 << 20;
     CDSPZeroLatencyConvolver convolver;
     CAlignedArray<double> work;
 };
@@ -190,6 +191,35 @@ TEST(AZeroLatencyConvolver, SoundsTheSameInAllPhasesAndBlockSizes)
             convolver.load(taps);
             EXPECT_LT(worstDifference(run(convolver, in, blockSize), expected), kTolerance);
         }
+}
+
+TEST(AZeroLatencyConvolver, WakesStagesThatRestedDuringLongBlocks)
+{
+    for (const int length : {150, 600, 4498, 70000}) {
+        SCOPED_TRACE(length);
+        const CSamples before = impulse(length, 31);
+        const CSamples taps = impulse(length, 32);
+        const CSamples in = clicks(3 * length + 80000);
+        const CSamples expected = convolveDirectly(in, taps);
+        CConvolver convolver(6);
+        convolver.load(before);
+        CSamples out(in.size());
+        std::size_t done = 0;
+        for (int i = 0; done < in.size(); ++i) {
+            // From one kind of block to each of the others.
+            constexpr int kSizes[] = {5000, 10, 300, 5000, 300, 40, 3, 300, 40, 5000, 40, 10, 40};
+            const std::size_t count =
+                std::min(at(kSizes[at(i) % std::size(kSizes)]), in.size() - done);
+            convolver.process(in.data() + done, out.data() + done, static_cast<int>(count));
+            done += count;
+            if (i == 3) // while stages rest
+                convolver.load(taps);
+        }
+        const auto settled = static_cast<std::ptrdiff_t>(at(2 * length) + 60000);
+        EXPECT_LT(worstDifference(CSamples(out.begin() + settled, out.end()),
+                                  CSamples(expected.begin() + settled, expected.end())),
+                  kTolerance);
+    }
 }
 
 TEST(AZeroLatencyConvolver, StartsAfreshAfterReset)
@@ -305,10 +335,13 @@ TEST_P(AConvolverKernel, EqualsTheDirectSum)
     for (const int count : {1, 7, 8, 9, 63, 64, 65, 200}) {
         CSamples in = noise(count, 2);
         const CSamples expected = convolveDirectly(in, taps);
-        in.insert(in.begin(), 39, 0.0);
+        const int past = 39 + kernels->lanes;
+        in.insert(in.begin(), at(past), 0.0);
         in.resize(in.size() + kKernelPad);
         CSamples out(at(count));
-        kernels->convolveDirect(in.data() + 39, out.data(), count, taps.data(), 40);
+        CDSPDirectFilter filter(*kernels);
+        filter.load(taps.data(), 40, 1.0);
+        filter.process(in.data() + past, out.data(), count);
         EXPECT_LT(worstDifference(out, expected), 1e-15) << count;
     }
 }
