@@ -39,7 +39,7 @@ std::string load(const CBytes& bytes)
     CApplication application;
     const auto creators = productCreators();
     std::string message = takeMessage(application.start(
-        creators.data(), static_cast<int>(creators.size()), nullptr, "damaged.xml"));
+        creators.data(), static_cast<int>(creators.size()), kResourceTable, "damaged.xml"));
     CTestWrapper wrapper;
     if (CError* error = wrapper.init()) {
         handleError(error);
