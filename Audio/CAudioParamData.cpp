@@ -105,12 +105,13 @@ CError* CAudioParamData::load(CInputStream& stream)
     std::uint32_t count = 0;
     TSM_TRY(stream.readValue(count));
     // No room is made for the count: each item has to bring its bytes.
+    bool isInOrder = true;
     for (std::uint32_t place = 1; count > 0; --count, ++place)
-        TSM_TRY(loadItem(stream, place));
+        TSM_TRY(loadItem(stream, place, isInOrder));
     return nullptr;
 }
 
-CError* CAudioParamData::loadItem(CInputStream& stream, std::uint32_t place)
+CError* CAudioParamData::loadItem(CInputStream& stream, std::uint32_t place, bool& isInOrder)
 {
     std::uint32_t id = 0;
     std::uint32_t type = 0;
@@ -122,7 +123,8 @@ CError* CAudioParamData::loadItem(CInputStream& stream, std::uint32_t place)
         TSM_FAIL("@tsmstr_CAudioParamData_load_TypeError Unknown data type %1 encountered",
                  toString(type));
     TSM_TRY(item->load(stream));
-    if (id != place)
+    // Told once a table: damaged data would fill the disk with it.
+    if (id != place && std::exchange(isInOrder, false))
         logFormat("Unexpected LoadElement %i (expected %i).", static_cast<int>(id),
                   static_cast<int>(place));
     if (id > 0 && id <= static_cast<std::uint32_t>(INT32_MAX))

@@ -38,7 +38,7 @@ public:
     [[nodiscard]] CError* load(CInputStream& stream);
 
 private:
-    [[nodiscard]] CError* loadItem(CInputStream& stream, std::uint32_t place);
+    [[nodiscard]] CError* loadItem(CInputStream& stream, std::uint32_t place, bool& isInOrder);
 
     std::int32_t nextId = 1;
     CMap<std::int32_t, CAudioParamDataItem*> items;

@@ -2,8 +2,6 @@
 
 #include "Core/CText.h"
 
-#include <algorithm>
-
 namespace tsm {
 
 CPtr<CAudioParamDataItem> CAudioParamDataItem::create(EAudioParamType type)
@@ -46,20 +44,12 @@ CError* CAudioParamDataItemRaw::save(COutputStream& stream) const
 
 CError* CAudioParamDataItemRaw::load(CInputStream& stream)
 {
-    constexpr std::uint32_t kStep = 65536;
-    std::uint32_t left = 0;
-    TSM_TRY(stream.readValue(left));
-    if (left > kMaxBytes)
+    std::uint32_t size = 0;
+    TSM_TRY(stream.readValue(size));
+    if (size > kMaxBytes)
         TSM_FAIL("@tsmstr_CAudioParamDataItemRaw_load_SizeError Invalid block size %1.",
-                 toString(left));
-    block.clear();
-    while (left > 0) {
-        const int step = static_cast<int>(std::min(left, kStep));
-        const int size = block.getSize();
-        block.resize(size + step);
-        TSM_TRY(stream.read(block.data() + size, step));
-        left -= static_cast<std::uint32_t>(step);
-    }
+                 toString(size));
+    TSM_TRY(stream.readBytes(block, static_cast<int>(size)));
     return nullptr;
 }
 

@@ -104,8 +104,8 @@ private:
     [[nodiscard]] CError* saveGroups(COutputStream& stream, int first, int count) const;
     [[nodiscard]] CError* saveItems(COutputStream& stream, int first, int count) const;
     [[nodiscard]] CError* loadHead(CInputStream& stream) const;
-    [[nodiscard]] CError* loadGroup(CInputStream& stream, const CString& name,
-                                    CAudioParamData& table, CAudioParamChange& change) const;
+    [[nodiscard]] CError* loadGroup(CInputStream& stream, CAudioParamData& table,
+                                    CAudioParamChange& change) const;
     [[nodiscard]] CError* loadElement(CInputStream& stream, int element, CAudioParamData& table,
                                       CAudioParamChange& change) const;
 

@@ -103,24 +103,26 @@ CError* CAudioParamStorage::load(CInputStream& stream, std::int32_t group, const
         change->group = group >= 0 ? group : static_cast<std::int32_t>(i);
         change->complete = true;
         change->shape = shape;
-        TSM_TRY(loadGroup(stream, name, table, *change));
-        if (fits)
-            changes.add(change.release());
+        TSM_TRY(loadGroup(stream, table, *change));
+        if (!fits)
+            continue;
+        if (shape.isSingleElement && change->elementCount != 1)
+            logLoad("Unexpected Element " + toString(change->elementCount) +
+                        " (expected 1), param '" + name + "'.",
+                    name);
+        changes.add(change.release());
     }
     return nullptr;
 }
 
-CError* CAudioParamStorage::loadGroup(CInputStream& stream, const CString& name,
-                                      CAudioParamData& table, CAudioParamChange& change) const
+CError* CAudioParamStorage::loadGroup(CInputStream& stream, CAudioParamData& table,
+                                      CAudioParamChange& change) const
 {
     std::uint32_t count = 0;
     TSM_TRY(stream.readValue(count));
     if (count > static_cast<std::uint32_t>(kMaxParamElements))
         TSM_FAIL("@tsmstr_CAudioParamStorage_load_CountError Invalid element count %1.",
                  toString(count));
-    if (shape.isSingleElement && count != 1)
-        logLoad("Unexpected Element " + toString(count) + " (expected 1), param '" + name + "'.",
-                name);
     for (int i = 0; i < static_cast<int>(count); ++i)
         TSM_TRY(loadElement(stream, i, table, change));
     change.elementCount = static_cast<std::int32_t>(count);

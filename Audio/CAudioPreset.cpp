@@ -4,29 +4,7 @@
 #include "Core/COutputStream.h"
 #include "Core/CText.h"
 
-#include <algorithm>
-
 namespace tsm {
-
-namespace {
-
-constexpr std::uint32_t kChunk = 65536;
-
-/// Reads `size` bytes in steps, so that a size which the data don't hold costs nothing.
-CError* readBytes(CInputStream& stream, std::uint32_t size, CByteBuffer& bytes)
-{
-    bytes.clear();
-    while (static_cast<std::uint32_t>(bytes.getSize()) < size) {
-        const int done = bytes.getSize();
-        const auto count =
-            static_cast<int>(std::min(kChunk, size - static_cast<std::uint32_t>(done)));
-        bytes.resize(done + count);
-        TSM_TRY(stream.read(bytes.data() + done, count));
-    }
-    return nullptr;
-}
-
-} // namespace
 
 CString CAudioPreset::getId() const
 {
@@ -63,6 +41,8 @@ CError* CAudioPreset::load(CInputStream& stream)
     std::uint32_t count = 0;
     TSM_TRY(stream.readString(name));
     TSM_TRY(stream.readValue(count));
+    if (count > kMaxItems)
+        TSM_FAIL("The preset '%1' claims %2 items.", name, toString(count));
     for (std::uint32_t i = 0; i < count; ++i) {
         CString key;
         std::uint32_t size = 0;
@@ -71,7 +51,7 @@ CError* CAudioPreset::load(CInputStream& stream)
         if (size > kMaxItemBytes)
             TSM_FAIL("The item '%1' of the preset '%2' claims %3 bytes.", key, name,
                      toString(size));
-        TSM_TRY(readBytes(stream, size, items[key]));
+        TSM_TRY(stream.readBytes(items[key], static_cast<int>(size)));
     }
     return nullptr;
 }

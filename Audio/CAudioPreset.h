@@ -25,11 +25,13 @@ struct CAudioPreset : CCheckedObject, CTsmMemAllocator {
     /// Writes name, item count, and for each item its key, its size and its bytes.
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// Reads what save() wrote, in place of the present content. Memory grows with what the data
-    /// really hold. Errors: cut data, a key or name that is too long, an item above kMaxItemBytes;
-    /// the content is undefined then.
+    /// really hold. Errors: cut data, a key or name that is too long, an item above kMaxItemBytes,
+    /// more than kMaxItems of them; the content is undefined then.
     [[nodiscard]] CError* load(CInputStream& stream);
 
     static constexpr std::uint32_t kMaxItemBytes = 1u << 28;
+    // An item of no bytes becomes a parameter all the same, which is a hundred times its size.
+    static constexpr std::uint32_t kMaxItems = 1u << 16;
 
     CString name;
     /// By parameter, relative to the registry's hierarchy: the definition's name and the values.

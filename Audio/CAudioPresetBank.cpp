@@ -2,6 +2,7 @@
 
 #include "Core/CInputStream.h"
 #include "Core/COutputStream.h"
+#include "Core/CText.h"
 
 namespace tsm {
 
@@ -20,6 +21,8 @@ CError* CAudioPresetBank::load(CInputStream& stream)
     std::uint32_t count = 0;
     TSM_TRY(stream.readString(name));
     TSM_TRY(stream.readValue(count));
+    if (count > kMaxPresets)
+        TSM_FAIL("The bank '%1' claims %2 presets.", name, toString(count));
     for (std::uint32_t i = 0; i < count; ++i)
         TSM_TRY(presets.create().load(stream));
     return nullptr;

@@ -9,8 +9,8 @@ namespace tsm {
 struct CAudioPresetBank : CCheckedObject {
     /// Writes name, count and the presets.
     [[nodiscard]] CError* save(COutputStream& stream) const;
-    /// Reads what save() wrote, in place of the present content. Errors: those of the presets; the
-    /// content is undefined then.
+    /// Reads what save() wrote, in place of the present content. Errors: those of the presets,
+    /// more than kMaxPresets of them; the content is undefined then.
     [[nodiscard]] CError* load(CInputStream& stream);
 
     /// The same as a stored list: a flag that content follows, then a bank without a name. A flag
@@ -20,6 +20,8 @@ struct CAudioPresetBank : CCheckedObject {
 
     /// Takes deep copies of another bank's presets; the name stays.
     void copyPresets(const CAudioPresetBank& other);
+
+    static constexpr std::uint32_t kMaxPresets = 1u << 16;
 
     CString name;
     COwnedArray<CAudioPreset> presets;

@@ -3,6 +3,8 @@
 #include "Core/CObject.h"
 #include "Core/CText.h"
 
+#include <algorithm>
+
 namespace tsm {
 namespace {
 
@@ -21,6 +23,7 @@ CString CAttrTextExpander::expand(CObject& object, const CString& attrName, cons
 {
     CAttrTextExpander expander(object, attrName);
     CString result = text;
+    const int most = std::max(kMaxLength, text.getLength());
     for (int step = 0; step < kMaxSteps; ++step) {
         const int open = result.findLast('{');
         if (open < 0 || open == result.getLength() - 1)
@@ -29,6 +32,8 @@ CString CAttrTextExpander::expand(CObject& object, const CString& attrName, cons
         if (close < 0)
             break;
         const CString value = expander.evaluate(result.substring(open + 1, close - open - 1));
+        if (value.getLength() > most - (result.getLength() - (close - open + 1)))
+            break;
         result = result.substring(0, open) + value + result.substring(close + 1);
     }
     return result;

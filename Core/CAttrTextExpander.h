@@ -18,7 +18,8 @@ class CObject;
 class CAttrTextExpander {
 public:
     /// The expanded form of `text`, for the attribute `attrName` of `object`. A text whose values
-    /// bring in ever new references is left as it stands after kMaxSteps.
+    /// bring in ever new references is left as it stands after kMaxSteps, or when a value would
+    /// make it longer than kMaxLength.
     [[nodiscard]] static CString expand(CObject& object, const CString& attrName,
                                         const CString& text);
 
@@ -30,6 +31,8 @@ private:
     [[nodiscard]] CObject* findLinkTarget(const CString& token) const;
 
     static constexpr int kMaxSteps = 256;
+    // Attributes that each name the one before twice would double with every line of a document.
+    static constexpr int kMaxLength = 65536;
 
     CObject& self;
     const CString& name;

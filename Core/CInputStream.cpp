@@ -18,20 +18,6 @@ constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
 // An LZ4 block's length bytes stand for at most 255 bytes each, and its other bytes for less.
 constexpr std::uint64_t kLargestLZ4Ratio = 255;
 
-/// Reads `size` bytes in steps that grow with what has come, so that a size from damaged data takes
-/// no more than twice the memory that the stream can fill.
-CError* readStepwise(CInputStream& from, CByteBuffer& out, int size)
-{
-    out.clear();
-    while (out.getSize() < size) {
-        const int done = out.getSize();
-        const int step = std::min(size - done, std::max(kFirstStep, done));
-        out.resize(done + step);
-        TSM_TRY(from.read(out.data() + done, step));
-    }
-    return nullptr;
-}
-
 CError* readId(CInputStream& from, std::uint32_t expectedId, const char* message)
 {
     std::uint32_t id = 0;
@@ -96,6 +82,18 @@ CError* CInputStream::readStreamed(void* buffer, int& count)
     return nullptr;
 }
 
+CError* CInputStream::readBytes(CByteBuffer& out, int count)
+{
+    out.clear();
+    while (out.getSize() < count) {
+        const int done = out.getSize();
+        const int step = std::min(count - done, std::max(kFirstStep, done));
+        out.resize(done + step);
+        TSM_TRY(read(out.data() + done, step));
+    }
+    return nullptr;
+}
+
 CError* CInputStream::readString(CString& text)
 {
     text.clear();
@@ -130,7 +128,7 @@ CError* CInputStream::readCompressedData(CByteBuffer& out, std::uint32_t expecte
                  "The size of the stream is above allowed 2 GB.");
     CInputZipStream zip;
     TSM_TRY(zip.open(*this));
-    TSM_TRY(readStepwise(zip, out, static_cast<int>(rawSize[0])));
+    TSM_TRY(zip.readBytes(out, static_cast<int>(rawSize[0])));
     TSM_TRY(zip.verifyEnd());
     TSM_TRY(zip.close());
     return nullptr;
@@ -157,7 +155,7 @@ CError* CInputStream::readCompressedDataLZ4(CByteBuffer& out, std::uint32_t expe
     if (packed)
         TSM_TRY(skip(count));
     else
-        TSM_TRY(readStepwise(*this, copy, count));
+        TSM_TRY(readBytes(copy, count));
     TSM_TRY(unpackLZ4(out, rawSize, packed ? packed : copy.data(), count));
     return nullptr;
 }

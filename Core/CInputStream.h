@@ -40,6 +40,11 @@ public:
         return nullptr;
     }
 
+    /// Reads `count` bytes in place of what `out` holds. Memory is taken in steps that grow with
+    /// what has come, so that a count from damaged data costs no more than twice what the stream
+    /// holds. Errors: fewer are left, the source's own.
+    [[nodiscard]] CError* readBytes(CByteBuffer& out, int count);
+
     /// Reads a u32 byte count, at most kMaxStringBytes, and that much UTF-8. Errors: too long a
     /// text, cut data.
     [[nodiscard]] CError* readString(CString& text);

@@ -9,6 +9,8 @@ namespace tsm {
 namespace {
 
 constexpr std::size_t kHeaderSize = 8;
+// Strings may lie in each other, as ends of words do; all in one would take any amount of memory.
+constexpr std::size_t kMostSharing = 16;
 
 } // namespace
 
@@ -79,12 +81,16 @@ CError* CXMLData::decodeStrings(const std::uint8_t* table, std::uint32_t count,
         TSM_FAIL("@tsmstr_CXMLData_load_Count The document has a wrong count of strings.");
     if (tableSize > count * 4 && table[tableSize - 1] != 0)
         TSM_FAIL("@tsmstr_CXMLData_load_End The document's last string has no end.");
+    std::size_t total = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::uint32_t offset = readU32(table + std::size_t{4} * i);
         if (offset < count * 4 || offset >= tableSize)
             TSM_FAIL("@tsmstr_CXMLData_load_Offset The document has a wrong place of a string.");
         const char* text = reinterpret_cast<const char*>(table + offset);
         const std::size_t length = strnlen(text, tableSize - offset);
+        total += length;
+        if (total > kMostSharing * tableSize)
+            TSM_FAIL("@tsmstr_CXMLData_load_Sharing The document's strings share too many bytes.");
         strings.add(new CString(CString::fromUtf8(text, static_cast<std::int64_t>(length))));
     }
     if (!strings[0].isEmpty())

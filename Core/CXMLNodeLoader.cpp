@@ -67,8 +67,12 @@ CError* CXMLNodeLoader::load(CObject& self, const CScope& scope)
         TSM_TRY(skip(4));
     std::uint8_t kind = 0;
     TSM_TRY(readU8(kind));
-    if (kind == kTemplateNode)
+    if (kind == kTemplateNode) {
+        // It would become a template of the object that is made from it, without end.
+        if (scope.skipAttrs || scope.skipChildren)
+            TSM_FAIL("@tsmstr_CXMLNodeLoader_load_Body The body of a template is a template.");
         return loadTemplate(self);
+    }
     if (kind != kPlainNode)
         TSM_FAIL("@tsmstr_CXMLNodeLoader_load_Kind The document has a node of unknown kind %1.",
                  toString(kind));

@@ -175,6 +175,23 @@ TEST_F(ASavedParameter, KeepsOneItemForAnIdThatIsNamedTwice)
     EXPECT_EQ(names.text(0, 2), CString()) << "an item of another type";
 }
 
+TEST_F(ASavedParameter, LogsATableOutOfOrderOnce)
+{
+    constexpr std::uint32_t kCount = 1000;
+    CLogCollector log;
+    CAudioParam& names = texts();
+    CByteList bytes = head(1, 1).u32(kCount);
+    for (std::uint32_t i = 0; i < kCount; ++i)
+        bytes.u32(kCount - i).u32(1).text("x");
+    ASSERT_OK(loadInto(names, bytes.u32(0).bytes));
+    CAudioParam& mode = param("mode", {{"is-single-element", "true"}});
+    CByteList groups = head(0, kCount);
+    for (std::uint32_t i = 0; i < kCount; ++i)
+        groups.u32(0);
+    ASSERT_OK(loadInto(mode, groups.bytes));
+    EXPECT_LE(log.lines.size(), 2U);
+}
+
 TEST_F(ASavedParameter, LogsWhatIsOutOfOrderAndGoesOn)
 {
     CLogCollector log;

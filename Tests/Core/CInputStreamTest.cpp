@@ -4,6 +4,8 @@
 #include "Tests/Support/CTestStreams.h"
 #include "Tests/Support/CTestTree.h"
 
+#include <numeric>
+
 namespace tsm {
 namespace {
 
@@ -129,6 +131,33 @@ TEST(APlainStream, SkipsByReadingInPieces)
     EXPECT_EQ(in.position, 70000);
     EXPECT_EQ(in.largestRead, 32768);
     EXPECT_FAILS_WITH(in.skip(30001), "The plain stream has ended.");
+}
+
+TEST(APlainStream, ReadsLargeBlocksInFewSteps)
+{
+    constexpr int kSize = 16 << 20;
+    class CCountingInput : public CPlainInput {
+    public:
+        using CPlainInput::CPlainInput;
+        CError* read(void* buffer, int count) override
+        {
+            ++readCount;
+            EXPECT_LE(count, std::max(65536, position)) << "more than twice what came";
+            return CPlainInput::read(buffer, count);
+        }
+        int readCount = 0;
+    };
+    CBytes bytes(kSize);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    CCountingInput in(bytes);
+    CByteBuffer block;
+    EXPECT_OK(in.readBytes(block, kSize));
+    // Each step copies what there is: of equal steps the copies would grow with the square.
+    EXPECT_LE(in.readCount, 10);
+    EXPECT_TRUE(toBytes(block) == bytes);
+
+    CCountingInput cut(CBytes(100000, 0));
+    EXPECT_FAILS_WITH(cut.readBytes(block, kSize), "The plain stream has ended.");
 }
 
 TEST(APlainStream, StreamsExactCountsOnly)

@@ -1,5 +1,6 @@
 #include "Core/CObject.h"
 
+#include "Core/CText.h"
 #include "Tests/Support/CTestTree.h"
 
 namespace tsm {
@@ -158,6 +159,20 @@ TEST_F(AnObject, GivesAFailedHandlerItsPlaceInTheTrail)
     EXPECT_EQ(lines[0], "Broken 'x'.");
     EXPECT_THAT(lines[1], testing::MatchesRegex(".*CObjectTest.cpp\\( [0-9]+ \\) // r"));
     EXPECT_THAT(lines[2], testing::MatchesRegex(".*Core/CObject.cpp\\( [0-9]+ \\) // r"));
+}
+
+TEST_F(AnObject, EndsExpandingBeforeATextGrowsOutOfProportion)
+{
+    ASSERT_OK(root->setAttr("a0", CString("a few words"), false));
+    for (int i = 0; i < 40; ++i) {
+        const CString last = "{a" + toString(i) + "}";
+        ASSERT_OK(root->setAttr("a" + toString(i + 1), last + last, false));
+        EXPECT_LE(root->getAttrString(("a" + toString(i + 1)).toUtf8().c_str()).getLength(), 65536);
+    }
+    EXPECT_EQ(root->getAttrString("a2"), "a few wordsa few wordsa few wordsa few words");
+    const std::string longText(100000, 'x');
+    ASSERT_OK(root->setAttr("text", CString::fromUtf8(longText + "{a0}{none}"), false));
+    EXPECT_EQ(root->getAttrString("text").toUtf8().substr(0, 100000), longText);
 }
 
 TEST_F(AnObject, ExpandsReferences)

@@ -1,6 +1,7 @@
 #include "Core/CXMLData.h"
 
 #include "Core/CXMLNodeLoader.h"
+#include "Tests/Support/CChunkBytes.h"
 #include "Tests/Support/CDocumentBytes.h"
 #include "Tests/Support/CTestTree.h"
 
@@ -200,6 +201,46 @@ void loadDamaged(const std::vector<std::uint8_t>& bytes, bool mustFail)
     handleError(application.initRootObject(root, CString()));
     CObject* object = nullptr;
     handleError(root->createChild(object, "panel", "p", true));
+}
+
+TEST_F(ADocument, RefusesATemplateOfATemplate)
+{
+    // Strings "", "panel" and "core:object"; the root holds the template, whose body is one too.
+    const CBytes bytes = CChunkBytes()
+                             .u32(3)
+                             .u32(31)
+                             .u32(12)
+                             .u32(13)
+                             .u32(19)
+                             .raw({0})
+                             .text("panel")
+                             .raw({0})
+                             .text("core:object")
+                             .raw({0})
+                             .raw({0, 0, 0, 0, 0, 0, 0, 1, 0})
+                             .raw({0, 0, 1, 0, 1, 2, 0})
+                             .u32(11)
+                             .raw({2, 0, 0, 0, 1, 2, 0, 0, 0, 0, 0})
+                             .bytes;
+    resource = std::make_unique<CTestResource>("test.xml", bytes);
+    start({}, "test.xml");
+    CObject* made = nullptr;
+    EXPECT_FAILS_WITH(root->createChild(made, "panel", "p", true),
+                      "The body of a template is a template.");
+}
+
+TEST_F(ADocument, RefusesStringsThatAllLieInOne)
+{
+    constexpr std::uint32_t kCount = 1000;
+    CChunkBytes bytes;
+    bytes.u32(kCount).u32(4 * kCount + 1 + 10000 + 1).u32(4 * kCount);
+    for (std::uint32_t i = 1; i < kCount; ++i)
+        bytes.u32(4 * kCount + 1);
+    bytes.raw({0}).text(std::string(10000, 'a')).raw({0}).zeros(9);
+    resource = std::make_unique<CTestResource>("test.xml", bytes.bytes);
+    application = std::make_unique<CApplication>();
+    EXPECT_FAILS_WITH(application->start(nullptr, 0, nullptr, "test.xml"),
+                      "The document's strings share too many bytes.");
 }
 
 TEST(DamagedDocument, FailsWhereverItIsCut)
