@@ -31,6 +31,8 @@ CError* CWaveFile::open(CPosInputStream& source)
     TSM_TRY(openContents(source, contents));
     if (!contents.hasFormat || !contents.hasData)
         TSM_FAIL("@tsmstr_CWaveFile_openFile_InvalidFile File lacks recognized PCM sound data.");
+    // Seen to first: a file that doesn't open has no samples.
+    TSM_TRY(source.setPosition(contents.dataPosition));
     stream = &source;
     format = contents.format;
     dataPosition = contents.dataPosition;

@@ -96,6 +96,40 @@ TEST_P(ADamagedSoundFile, NeverLeadsBeyondItsEnd)
 INSTANTIATE_TEST_SUITE_P(OfEveryKind, ADamagedSoundFile, testing::ValuesIn(kSoundFileKinds),
                          soundFileTestName);
 
+TEST(ASoundFile, WhoseSamplesBeginBehindItsEndHasNone)
+{
+    const CBytes good = CChunkBytes()
+                            .chunk("fmt ", waveFormat(1, 1, 2, 16))
+                            .chunk("data", CBytes(20, 0))
+                            .file("RIFF", "WAVE");
+    CExactReader whole(good);
+    CWaveFile file;
+    ASSERT_OK(file.open(whole));
+    ASSERT_EQ(file.getSampleCount(), 10);
+    const CBytes aiff = CChunkBytes(CChunkBytes::EOrder::Big)
+                            .chunk("COMM", CChunkBytes(CChunkBytes::EOrder::Big)
+                                               .u16(1)
+                                               .u32(10)
+                                               .u16(16)
+                                               .u16(0x400e)
+                                               .u64(0xac44000000000000)
+                                               .bytes)
+                            .text("SSND")
+                            .u32(1000)
+                            .u32(500) // the samples begin so far behind this
+                            .u32(0)
+                            .bytes;
+    const CBytes cut = CChunkBytes(CChunkBytes::EOrder::Big)
+                           .text("FORM")
+                           .u32(4 + 26 + 8 + 1000) // nothing behind that chunk
+                           .text("AIFF")
+                           .raw(aiff)
+                           .bytes;
+    CExactReader source(cut);
+    EXPECT_NE(takeMessage(file.open(source)), "");
+    EXPECT_EQ(file.getSampleCount(), 0);
+}
+
 TEST(AShortFileThatClaimsMuch, TakesLittleMemory)
 {
     const CBytes bytes = CChunkBytes()
