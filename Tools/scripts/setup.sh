@@ -25,6 +25,8 @@ gnuplot-nox         build  draws the spectra
 fonts-dejavu-core   build  letters in the drawing
 git                 check  lists the files to look at
 ccache              check  keeps what was compiled for the next time
+clang-14            check  builds the fuzz targets
+libclang-rt-14-dev  check  libFuzzer and the sanitizers of that compiler
 clang-format        check  layout of the code
 clang-tidy          check  faults that compilers let pass
 codespell           check  spelling
