@@ -70,9 +70,11 @@ CAudioParam& CRegistryMembers::findOrCreate(const CString& key, CAudioParamConte
     }
     if (!param->getInfo()) {
         CObject* const shared = CApplication::get()->getSharedRoot();
-        CObject* const found = shared->findObject(definitionName(param->getName()));
-        const auto* const def = dynamic_cast<const CAudioParamDef*>(found);
-        if (def && def->hasStorage())
+        const CString definition = definitionName(param->getName());
+        const auto* const def = dynamic_cast<const CAudioParamDef*>(shared->findObject(definition));
+        // By its own name only: under another spelling of the path ("gain#0") a preset would make
+        // a second parameter of the same kind, which all later presets would hold.
+        if (def && def->hasStorage() && def->getFullName() == definition)
             param->attachInfo(def->getInfo(), context);
     }
     return *param;

@@ -118,6 +118,34 @@ TEST_F(ADamagedPreset, HoldsNoNumberThatIsNone)
     }
 }
 
+TEST_F(ADamagedPreset, MakesNoSecondParameterByAnotherSpellingOfItsName)
+{
+    for (const char* key : {"gain#0", "gain#", "io.labels.^^gain", "gain.^gain"}) {
+        SCOPED_TRACE(key);
+        ASSERT_OK(activate(presetBytes("test:Odd", {{key, 5.0}}), true));
+        const CAudioParam* made = collector->find(fullName(key));
+        ASSERT_NE(made, nullptr);
+        EXPECT_EQ(made->getInfo(), nullptr);
+    }
+    EXPECT_EQ(gain->value(0, 0), 99.0);
+}
+
+TEST_F(ADamagedPreset, MayNotHoldMoreItemsOrPresetsThanAnyProductHas)
+{
+    CByteList items;
+    items.text("test:Many").u32(CAudioPreset::kMaxItems + 1);
+    CByteList presets;
+    presets.text("Bank").u32(CAudioPresetBank::kMaxPresets + 1);
+    for (std::uint32_t i = 0; i <= CAudioPreset::kMaxItems; ++i) {
+        items.text("k" + std::to_string(i)).u32(0);
+        presets.text("").u32(0);
+    }
+    EXPECT_EQ(tryActivate(items.bytes), "The preset 'test:Many' claims 65537 items.");
+    CPlainInput bank(presets.bytes);
+    EXPECT_FAILS_WITH(registry->loadBank(bank, nullptr), "The bank 'Bank' claims 65537 presets.");
+    EXPECT_EQ(state(), before);
+}
+
 TEST_F(ADamagedPreset, InAListIsFoundWhereverItIsCut)
 {
     CBytes list = CByteList().u32(1).text("").u32(1).bytes;
