@@ -104,6 +104,8 @@ CError* CAudioParamData::load(CInputStream& stream)
     clear();
     std::uint32_t count = 0;
     TSM_TRY(stream.readValue(count));
+    if (count > kMaxItems)
+        TSM_FAIL("@tsmstr_CAudioParamData_load_CountError Invalid item count %1.", toString(count));
     // No room is made for the count: each item has to bring its bytes.
     bool isInOrder = true;
     for (std::uint32_t place = 1; count > 0; --count, ++place)

@@ -34,10 +34,13 @@ public:
 
     /// Writes the table: u32 item count; then for each item in order of ids u32 id, u32 type, body.
     [[nodiscard]] CError* save(COutputStream& stream) const;
-    /// Reads a table in place of the present items. Errors: an unknown type, cut data.
+    /// Reads a table in place of the present items. Errors: an unknown type, more items than a
+    /// parameter has values, cut data.
     [[nodiscard]] CError* load(CInputStream& stream);
 
 private:
+    static constexpr std::uint32_t kMaxItems = kMaxParamGroups * kMaxParamElements;
+
     [[nodiscard]] CError* loadItem(CInputStream& stream, std::uint32_t place, bool& isInOrder);
 
     std::int32_t nextId = 1;

@@ -192,6 +192,13 @@ TEST_F(ASavedParameter, LogsATableOutOfOrderOnce)
     EXPECT_LE(log.lines.size(), 2U);
 }
 
+TEST_F(ASavedParameter, HasNoMoreItemsThanValues)
+{
+    CAudioParam& names = texts();
+    EXPECT_FAILS_WITH(loadInto(names, head(1, 1).u32(32 * 65536 + 1).u32(1).bytes),
+                      "Invalid item count 2097153.");
+}
+
 TEST_F(ASavedParameter, LogsWhatIsOutOfOrderAndGoesOn)
 {
     CLogCollector log;

@@ -37,10 +37,9 @@ void addDefinitionSeeds(CSeedFolder& seeds)
         const std::string name = entry->name;
         const void* bytes = entry->data + 4;
         const std::size_t size = readU32(entry->data);
-        if (name == "SharedData.xml") {
-            seeds.add("document", "product", bytes, size);
+        // Too large for the target of plain documents: it would see few inputs in its time.
+        if (name == "SharedData.xml")
             seeds.add("product_document", "product", bytes, size);
-        }
     }
 }
 
