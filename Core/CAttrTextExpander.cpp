@@ -3,8 +3,6 @@
 #include "Core/CObject.h"
 #include "Core/CText.h"
 
-#include <algorithm>
-
 namespace tsm {
 namespace {
 
@@ -23,7 +21,7 @@ CString CAttrTextExpander::expand(CObject& object, const CString& attrName, cons
 {
     CAttrTextExpander expander(object, attrName);
     CString result = text;
-    const int most = std::max(kMaxLength, text.getLength());
+    const int most = text.getLength() + kMaxGrowth;
     for (int step = 0; step < kMaxSteps; ++step) {
         const int open = result.findLast('{');
         if (open < 0 || open == result.getLength() - 1)

@@ -18,8 +18,8 @@ class CObject;
 class CAttrTextExpander {
 public:
     /// The expanded form of `text`, for the attribute `attrName` of `object`. A text whose values
-    /// bring in ever new references is left as it stands after kMaxSteps, or when a value would
-    /// make it longer than kMaxLength.
+    /// bring in ever new references is left as it stands after kMaxSteps, or before it has grown
+    /// by more than kMaxGrowth characters.
     [[nodiscard]] static CString expand(CObject& object, const CString& attrName,
                                         const CString& text);
 
@@ -32,7 +32,7 @@ private:
 
     static constexpr int kMaxSteps = 256;
     // Attributes that each name the one before twice would double with every line of a document.
-    static constexpr int kMaxLength = 65536;
+    static constexpr int kMaxGrowth = 8192;
 
     CObject& self;
     const CString& name;
