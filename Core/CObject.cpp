@@ -382,8 +382,13 @@ CError* CObject::runPendingHandlers()
 CError* CObject::tellDependents(const CString& name, CAttrValue& value)
 {
     // Links may form a ring; a value that is on its way already isn't sent round again.
-    if (value.flags & CAttrValue::kSpreading)
+    if (dependents.isEmpty() || value.flags & CAttrValue::kSpreading)
         return nullptr;
+    const CLinkSpread spread(context);
+    if (spread.isTooFar())
+        TSM_FAIL("@tsmstr_CObject_tellDependents_TooFar "
+                 "A change of the attribute '%1' spreads over too many links.",
+                 name);
     value.flags |= CAttrValue::kSpreading;
     CError* error = nullptr;
     // By key and not by node: a dependent may end its link while it is being told.

@@ -27,10 +27,50 @@ public:
     [[nodiscard]] static bool isAlive(std::uint32_t contextId);
 
 private:
+    friend class CLinkSpread;
+
+    int spreadDepth = 0;
+    int spreadCount = 0;
     CCriticalSection counterLock{50};
     std::int32_t objectCount = 0;
     CEventRegistry events;
     std::uint32_t id;
+};
+
+/// Counts, while it lives, one object that passes a change of an attribute on to those that follow
+/// it. Links may branch and meet again, so that without a bound a document of a few lines could
+/// have one change told without end, or deeper than a stack is. On the tree's thread.
+class CLinkSpread {
+public:
+    // Deeper than views nest, and less than 256 KB of stack.
+    static constexpr int kMaxDepth = 128;
+    static constexpr int kMaxCount = 65536;
+
+    /// `treeContext` may be null: nothing is counted then.
+    explicit CLinkSpread(CObjectContext* treeContext) noexcept : context(treeContext)
+    {
+        if (!context)
+            return;
+        if (context->spreadDepth++ == 0)
+            context->spreadCount = 0;
+        ++context->spreadCount;
+    }
+    ~CLinkSpread()
+    {
+        if (context)
+            --context->spreadDepth;
+    }
+    CLinkSpread(const CLinkSpread&) = delete;
+    CLinkSpread& operator=(const CLinkSpread&) = delete;
+
+    /// True when the change has gone farther than any document of ours means.
+    [[nodiscard]] bool isTooFar() const noexcept
+    {
+        return context && (context->spreadDepth > kMaxDepth || context->spreadCount > kMaxCount);
+    }
+
+private:
+    CObjectContext* context;
 };
 
 } // namespace tsm

@@ -161,6 +161,37 @@ TEST_F(AnObject, GivesAFailedHandlerItsPlaceInTheTrail)
     EXPECT_THAT(lines[2], testing::MatchesRegex(".*Core/CObject.cpp\\( [0-9]+ \\) // r"));
 }
 
+TEST_F(AnObject, SpreadsNoChangeWithoutEnd)
+{
+    const char* const kMessage = "spreads over too many links.";
+    // Each of three objects follows both others, layer by layer: the ways double with each layer.
+    constexpr int kLayers = 40;
+    const char* const names[] = {"a", "b", "c"};
+    CObject* objects[] = {&plain(*root, "a"), &plain(*root, "b"), &plain(*root, "c")};
+    for (int layer = 0; layer < kLayers; ++layer)
+        for (int i = 0; i < 3; ++i) {
+            CString text;
+            for (int k = 1; k < 3; ++k)
+                text += CString("{*/") + names[(i + k) % 3] + " x" + toString(layer) + "}";
+            ASSERT_OK(objects[i]->setAttr("x" + toString(layer + 1), text, false));
+        }
+    EXPECT_THAT(takeMessage(objects[0]->setAttr("x0", CString("1"), true)),
+                testing::EndsWith(kMessage));
+
+    // A line in which each follows the one before; one that isn't too long works as ever.
+    CObject* last = &plain(*root, "n0");
+    for (int i = 1; i <= 5000; ++i) {
+        const CString name = "n" + toString(i);
+        CObject& next = plain(*root, name.toUtf8().c_str());
+        ASSERT_OK(next.setAttr("x", "{*/n" + toString(i - 1) + " x}", false));
+        last = &next;
+    }
+    EXPECT_THAT(takeMessage(root->findObject("n0")->setAttr("x", CString("1"), true)),
+                testing::EndsWith(kMessage));
+    ASSERT_OK(root->findObject("n4950")->setAttr("x", CString("7"), true));
+    EXPECT_EQ(last->getAttrInt("x"), 7);
+}
+
 TEST_F(AnObject, EndsExpandingBeforeATextGrowsOutOfProportion)
 {
     ASSERT_OK(root->setAttr("a0", CString("a few words"), false));
