@@ -15,9 +15,10 @@ namespace tsm {
 namespace {
 
 /// A host's stream that gives a few bytes at a time, and claims more than it gave.
-class CHostStream final : public Steinberg::IBStream {
+class CHostStream : public Steinberg::IBStream {
 public:
     explicit CHostStream(const CByteBuffer& bytes) : data(bytes) {}
+    virtual ~CHostStream() = default;
 
     Steinberg::tresult queryInterface(const Steinberg::TUID, void** object) override
     {
