@@ -18,7 +18,7 @@ struct CAudioBlock {
     std::uint32_t sizeClass;
     std::uint32_t capacity; // bytes
     std::uint32_t references;
-    std::uint32_t unused;
+    bool isSparse; // see CAudioBlockRef::markSparse
 
     [[nodiscard]] double* samples() noexcept
     {
@@ -57,12 +57,21 @@ public:
     /// The same block, not only the same samples.
     bool operator==(const CAudioBlockRef& other) const noexcept = default;
     [[nodiscard]] const double* read() const noexcept { return block->samples(); }
-    /// The samples for writing; only for the one holder.
+    /// The samples for writing; only for the one holder. Takes the mark off.
     [[nodiscard]] double* write() const noexcept
     {
         assert(isSole());
+        block->isSparse = false;
         return block->samples();
     }
+    /// Marks what has just been written: every second sample is zero, the block's second one first,
+    /// as an interpolator leaves it. Readers may make use of it or not.
+    void markSparse() const noexcept
+    {
+        assert(isSole());
+        block->isSparse = true;
+    }
+    [[nodiscard]] bool isSparse() const noexcept { return block->isSparse; }
     /// True when nobody else holds the block.
     [[nodiscard]] bool isSole() const noexcept { return block->references == 1; }
 

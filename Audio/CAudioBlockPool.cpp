@@ -47,6 +47,7 @@ CAudioBlockRef CAudioBlockPool::take(int count)
     if (!block)
         block = allocate(sizeClass, bytes);
     block->references = 1;
+    block->isSparse = false;
     ++usedCount;
     TSM_UNPOISON(block->samples(), bytes);
     return CAudioBlockRef(block);
@@ -66,7 +67,7 @@ CAudioBlock* CAudioBlockPool::allocate(std::uint32_t sizeClass, std::uint32_t by
     const auto first = reinterpret_cast<std::uintptr_t>(raw) + CAudioBlock::kHeaderBytes;
     const std::uintptr_t samples = (first + kAlignment - 1) & ~(kAlignment - 1);
     auto* block = reinterpret_cast<CAudioBlock*>(samples - CAudioBlock::kHeaderBytes);
-    *block = {nullptr, raw, this, sizeClass, capacity, 0, 0};
+    *block = {nullptr, raw, this, sizeClass, capacity, 0, false};
     ++allocationCount;
     TSM_POISON(block->samples(), capacity);
     return block;

@@ -29,14 +29,18 @@
 #include "Audio/Filters/CAudioFilterHBFGen.h"
 #include "Audio/Processes/CModBankedConvolverDef.h"
 #include "Audio/Processes/CModBypassDef.h"
+#include "Audio/Processes/CModDecimatorDef.h"
 #include "Audio/Processes/CModFilterFIRDef.h"
 #include "Audio/Processes/CModFilterIIRDef.h"
 #include "Audio/Processes/CModGainDef.h"
+#include "Audio/Processes/CModInterpolatorDef.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutputDef.h"
+#include "Audio/Processes/CModProcessSwitchDef.h"
 #include "Audio/Processes/CModReelpathDef.h"
 #include "Audio/Processes/CModReelpathPostDef.h"
+#include "Audio/Processes/CModResamplerDef.h"
 #include "Core/CAttrDoubler.h"
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
@@ -85,14 +89,18 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioProcessLinkDef>("audio:process-link"),
     creatorRow<CModBankedConvolverDef>("audio:modBankedConvolver"),
     creatorRow<CModBypassDef>("audio:modBypass"),
+    creatorRow<CModDecimatorDef>("audio:modDecimator"),
     creatorRow<CModFilterFIRDef>("audio:modFilterFIR"),
     creatorRow<CModFilterIIRDef>("audio:modFilterIIR"),
     creatorRow<CModGainDef>("audio:modGain"),
+    creatorRow<CModInterpolatorDef>("audio:modInterpolator"),
     creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
     creatorRow<CModNodeDef>("audio:modNode"),
     creatorRow<CModOutputDef>("audio:modOutput"),
+    creatorRow<CModProcessSwitchDef>("audio:modProcessSwitch"),
     creatorRow<CModReelpathDef>("audio:modReelpath"),
     creatorRow<CModReelpathPostDef>("audio:modReelpathPost"),
+    creatorRow<CModResamplerDef>("audio:modResampler"),
 };
 
 } // namespace

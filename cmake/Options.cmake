@@ -26,13 +26,15 @@ endif()
 # Data folders of its own for every test and benchmark.
 set(TSM_OWN_DATA_FOLDER ${PROJECT_SOURCE_DIR}/Tests/Support/OwnDataFolder.cpp)
 
+# Optimised std::vector code of tests brings g++ 12's false alarms on sizes (GCC bug 105329).
+set(TSM_VECTOR_OPTIONS
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>)
+
 # tsm_add_test(name SOURCES... LIBS...): one test program, its cases known to ctest one by one.
 function(tsm_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
     add_executable(${name} ${arg_SOURCES} ${TSM_OWN_DATA_FOLDER})
-    # Optimised std::vector code of tests brings g++ 12's false alarms on sizes (GCC bug 105329).
-    target_compile_options(${name} PRIVATE
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>)
+    target_compile_options(${name} PRIVATE ${TSM_VECTOR_OPTIONS})
     target_link_libraries(${name} PRIVATE tsm_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()

@@ -23,13 +23,13 @@ CDSPFIRConvolver::CDSPFIRConvolver(int blockSize, const double* taps, int tapCou
     work.allocate(stages.last().getWorkCount()); // the largest
 }
 
-void CDSPFIRConvolver::process(const double* in, double* out, int count) noexcept
+void CDSPFIRConvolver::process(const double* in, double* out, int count, bool isSparse) noexcept
 {
     if (count <= 0)
         return;
     if (!isStarted)
         for (CDSPFIRStage& stage : stages)
-            stage.start(in[0]);
+            stage.start(in[0], isSparse);
     isStarted = true;
     bool adds = false;
     for (CDSPFIRStage& stage : stages) {

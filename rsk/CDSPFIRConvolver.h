@@ -9,7 +9,8 @@ namespace tsm::rsk {
 
 /// Convolves one channel with a filter at the cost of a block's latency, in the stages of a
 /// `CDSPFIRPlan`. It starts warm: as if its first sample had stood there for ever, so that a
-/// filter of linear phase makes no step from silence.
+/// filter of linear phase makes no step from silence. Behind an interpolator that sample stands
+/// between zeros.
 class CDSPFIRConvolver : public CStdClassAllocator {
 public:
     /// `blockSize` is brought to a power of 2 from 16 to 16384, the next larger one.
@@ -20,8 +21,9 @@ public:
     [[nodiscard]] int getLatency() const noexcept { return latency; }
     /// The next sample is the first one again. [audio]
     void reset() noexcept { isStarted = false; }
-    /// `in` and `out` hold `count` samples and don't overlap. [audio] No allocation, no lock.
-    void process(const double* in, double* out, int count) noexcept;
+    /// `in` and `out` hold `count` samples and don't overlap. `isSparse` counts at the first call:
+    /// every second sample, the second one first, is zero. [audio] No allocation, no lock.
+    void process(const double* in, double* out, int count, bool isSparse = false) noexcept;
 
 private:
     int latency;

@@ -21,20 +21,28 @@ CDSPFIRStage::CDSPFIRStage(int order, const double* taps, int count)
         transform.forwardSplit(filter.data(), filter.data(), work.data());
         filters.add(filter.data());
         gain += 2 * block * filter[0];
+        alternatingGain += 2 * block * filter[block];
         inputs.add(spectra.create(2 * block).data());
     }
 }
 
-void CDSPFIRStage::start(double value) noexcept
+void CDSPFIRStage::start(double value, bool isSparse) noexcept
 {
     position = 0;
-    const int count = 2 * block;
+    // A value and zero by turns are half of the value and half of it with alternating sign, which
+    // stands at half the rate.
+    const double constant = isSparse ? 0.5 * value : value;
+    const double alternating = isSparse ? 0.5 * value : 0.0;
     for (double* input : inputs) {
-        std::fill_n(input, count, 0.0);
-        input[0] = value * 2 * block; // the spectrum of a frame of that value
+        std::fill_n(input, 2 * block, 0.0);
+        input[0] = constant * 2 * block;
+        input[block] = alternating * 2 * block;
     }
-    std::fill_n(frame.data(), count, value);
-    std::fill_n(output.data(), count, value * gain);
+    for (int i = 0; i < 2 * block; ++i) {
+        const double sign = i % 2 == 0 ? 1.0 : -1.0;
+        frame[i] = constant + sign * alternating;
+        output[i] = constant * gain + sign * alternating * alternatingGain;
+    }
 }
 
 void CDSPFIRStage::process(const double* in, double* out, int count, bool adds,

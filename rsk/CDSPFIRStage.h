@@ -16,8 +16,9 @@ public:
 
     /// Doubles of work space for `process`.
     [[nodiscard]] int getWorkCount() const noexcept { return transform.getWorkCount(); }
-    /// Begins anew, as if all input before had been `value`. [audio] No allocation.
-    void start(double value) noexcept;
+    /// Begins anew, as if all input before had been `value`, or with `isSparse` zero and `value` by
+    /// turns, zero last. [audio] No allocation.
+    void start(double value, bool isSparse) noexcept;
     /// Writes `count` samples to `out`, or adds them to it; `in` and `out` don't overlap.
     /// [audio] No allocation, no lock.
     void process(const double* in, double* out, int count, bool adds, double* work) noexcept;
@@ -31,7 +32,8 @@ private:
     const CDSPRealFFT& transform;
     const int block;
     int position = 0;
-    double gain = 0.0; // at zero frequency
+    double gain = 0.0;            // at zero frequency
+    double alternatingGain = 0.0; // at half the rate
     COwnedArray<CSpectrum> spectra;
     CArray<const double*> filters; // the partition with the latest taps first, as they meet
     CArray<double*> inputs;        // the spectra of past input, oldest first

@@ -19,10 +19,10 @@ CError* CAudioFilterHBFGen::init()
     if (branches.getCount() != b.getCount())
         TSM_FAIL("@tsmstr_CAudioFilterHBFGen_init_CoeffsCountError "
                  "Coefficient count should match in 'a' and 'b' coefficient lists.");
-    if (b.getCount() > CDCDAWFilterWorkspace::kMaxSections)
+    if (b.getCount() > kMaxHalfBandSections)
         TSM_FAIL("@tsmstr_CAudioFilterHBFGen_init_TooManyCoeffs "
                  "More than %1 coefficients in a list.",
-                 toString(CDCDAWFilterWorkspace::kMaxSections));
+                 toString(kMaxHalfBandSections));
     for (const double coefficient : b)
         branches.add(coefficient);
     return nullptr;

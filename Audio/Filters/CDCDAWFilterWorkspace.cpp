@@ -1,69 +1,66 @@
 #include "Audio/Filters/CDCDAWFilterWorkspace.h"
 
+#include <algorithm>
 #include <cassert>
-#include <cstring>
 
 namespace tsm {
 
-template <int Sections>
-void CDCDAWFilterWorkspace::runSections(CDCDAWFilterWorkspace& workspace, const double* in,
-                                        double* out, int count)
+CDCDAWFilterWorkspace::CDCDAWFilterWorkspace(const double* branches, int sectionCount) noexcept
+    : sections(sectionCount)
 {
-    CBranches c[Sections];
-    CBranches even[Sections + 1];
-    CBranches odd[Sections + 1];
-    std::memcpy(c, workspace.coefficients, sizeof c);
-    std::memcpy(even, workspace.past[workspace.turn], sizeof even);
-    std::memcpy(odd, workspace.past[1 - workspace.turn], sizeof odd);
-    double late = workspace.lateBranch;
-
-    const auto step = [&](CBranches* beforeLast, double x) {
-        CBranches input = {x, x};
-        CBranches pastInput = beforeLast[0];
-        beforeLast[0] = input;
-        for (int s = 0; s < Sections; ++s) {
-            const CBranches y = c[s] * (input - beforeLast[s + 1]) + pastInput;
-            pastInput = beforeLast[s + 1];
-            beforeLast[s + 1] = y;
-            input = y;
-        }
-        const double sample = 0.5 * (input[0] + late);
-        late = input[1];
-        return sample;
-    };
-    int i = 0;
-    for (; i + 2 <= count; i += 2) {
-        out[i] = step(even, in[i]);
-        out[i + 1] = step(odd, in[i + 1]);
+    assert(sections >= 1 && sections <= kMaxHalfBandSections);
+    for (int i = 0; i < kMaxHalfBandSections; ++i) {
+        coefficients[i][0] = i < sections ? branches[i] : 0.0;
+        coefficients[i][1] = i < sections ? branches[sections + i] : 0.0;
     }
-    if (i < count)
-        out[i] = step(even, in[i]);
-
-    std::memcpy(workspace.past[workspace.turn], even, sizeof even);
-    std::memcpy(workspace.past[1 - workspace.turn], odd, sizeof odd);
-    workspace.lateBranch = late;
-    workspace.turn ^= count & 1;
 }
 
-CDCDAWFilterWorkspace::CDCDAWFilterWorkspace(const double* branches, int sections) noexcept
+void CDCDAWFilterWorkspace::process(const CLane* lanes, int laneCount, int count) noexcept
 {
-    assert(sections >= 1 && sections <= kMaxSections);
-    static constexpr CRun kRuns[kMaxSections] = {
-        &runSections<1>, &runSections<2>, &runSections<3>, &runSections<4>,
-        &runSections<5>, &runSections<6>, &runSections<7>, &runSections<8>,
-    };
-    run = kRuns[sections - 1];
-    for (int i = 0; i < kMaxSections; ++i)
-        coefficients[i] =
-            i < sections ? CBranches{branches[i], branches[sections + i]} : CBranches{0.0, 0.0};
-    reset();
+    int lane = 0;
+    for (; lane + 1 < laneCount; ++lane)
+        if (lanes[lane].filter->isTwin(*lanes[lane + 1].filter)) {
+            runLanes(lanes + lane, 2, count);
+            ++lane;
+        } else {
+            runLanes(lanes + lane, 1, count);
+        }
+    if (lane < laneCount)
+        runLanes(lanes + lane, 1, count);
 }
 
-void CDCDAWFilterWorkspace::reset() noexcept
+void CDCDAWFilterWorkspace::process(const double* in, double* out, int count) noexcept
 {
-    std::memset(past, 0, sizeof past);
-    lateBranch = 0.0;
-    turn = 0;
+    const CLane lane{in, out, this, false};
+    runLanes(&lane, 1, count);
+}
+
+void CDCDAWFilterWorkspace::runLanes(const CLane* lanes, int laneCount, int count) noexcept
+{
+    CHalfBandLane kernelLanes[2];
+    bool isSparse = true;
+    for (int i = 0; i < laneCount; ++i) {
+        kernelLanes[i] = {lanes[i].in, lanes[i].out, &lanes[i].filter->state};
+        isSparse = isSparse && lanes[i].isSparse && lanes[i].filter->isOtherParitySilent();
+    }
+    const CHalfBandKernels& kernels = halfBandKernels();
+    const auto& run = laneCount == 2 ? kernels.runTwo : kernels.runOne;
+    const CDCDAWFilterWorkspace& filter = *lanes[0].filter;
+    run[filter.sections - 1](filter.coefficients, kernelLanes, count, isSparse);
+}
+
+bool CDCDAWFilterWorkspace::isTwin(const CDCDAWFilterWorkspace& other) const noexcept
+{
+    return sections == other.sections && state.turn == other.state.turn &&
+           std::equal(&coefficients[0][0], &coefficients[0][0] + 2 * sections,
+                      &other.coefficients[0][0]);
+}
+
+bool CDCDAWFilterWorkspace::isOtherParitySilent() const noexcept
+{
+    const double* past = &state.past[1 - state.turn][0][0];
+    return state.late == 0.0 &&
+           std::all_of(past, past + 2 * (sections + 1), [](double value) { return value == 0.0; });
 }
 
 } // namespace tsm

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Audio/Filters/HalfBandKernels.h"
+
 namespace tsm {
 
 /// Base of what a filter keeps for one channel. Empty.
@@ -10,35 +12,33 @@ class CDCDAWContextWorkspace {};
 /// versatile signal processing building block", 1988). Its output is half the sum of both.
 class CDCDAWFilterWorkspace : public CDCDAWContextWorkspace {
 public:
-    static constexpr int kMaxSections = 8;
+    /// One channel of a call: `count` samples each; `out` may be `in`.
+    struct CLane {
+        const double* in;
+        double* out;
+        CDCDAWFilterWorkspace* filter;
+        bool isSparse; // every second sample is zero, the block's second one first
+    };
 
     /// `branches` has `sections` coefficients (1 to 8) of the first chain, then as many of the
     /// second, each in the order in which a sample meets them. The state is clear. [any]
     CDCDAWFilterWorkspace(const double* branches, int sections) noexcept;
 
     /// Clears the state and keeps the coefficients. [audio]
-    void reset() noexcept;
-    /// Filters `count` samples; `out` may be `in`. [audio] No allocation.
-    void process(const double* in, double* out, int count) noexcept { run(*this, in, out, count); }
+    void reset() noexcept { state = {}; }
+    /// Filters a block of all channels, two equal filters at a time. [audio] No allocation.
+    static void process(const CLane* lanes, int laneCount, int count) noexcept;
+    /// One channel alone.
+    void process(const double* in, double* out, int count) noexcept;
 
 private:
-    // Both branches side by side.
-    typedef double CBranches __attribute__((vector_size(16)));
+    [[nodiscard]] bool isTwin(const CDCDAWFilterWorkspace& other) const noexcept;
+    [[nodiscard]] bool isOtherParitySilent() const noexcept;
+    static void runLanes(const CLane* lanes, int laneCount, int count) noexcept;
 
-    using CRun = void (*)(CDCDAWFilterWorkspace& workspace, const double* in, double* out,
-                          int count);
-
-    template <int Sections>
-    static void runSections(CDCDAWFilterWorkspace& workspace, const double* in, double* out,
-                            int count);
-
-    CRun run;
-    CBranches coefficients[kMaxSections];
-    // Of the sample before last and of the last one, by turns: the input and what each section made
-    // of it. A section's past input is the past output of the one before.
-    CBranches past[2][kMaxSections + 1];
-    double lateBranch; // the second chain's last output
-    int turn;          // which of both is the sample before last
+    int sections;
+    double coefficients[kMaxHalfBandSections][2]; // of both chains side by side
+    CHalfBandState state;
 };
 
 } // namespace tsm

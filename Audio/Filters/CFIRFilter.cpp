@@ -29,21 +29,29 @@ void CFIRFilter::reset() noexcept
     isHeadStarted = false;
 }
 
-void CFIRFilter::process(const double* in, double* out, int count) noexcept
+void CFIRFilter::process(const double* in, double* out, int count, bool isSparse) noexcept
 {
     if (blocks)
-        blocks->process(in, out, count);
+        blocks->process(in, out, count, isSparse);
     else
         std::fill_n(out, count, 0.0);
-    if (headTaps > 0 && count > 0)
-        addHead(in, out, count);
+    if (headTaps == 0 || count <= 0)
+        return;
+    if (!isHeadStarted)
+        startHead(in[0], isSparse);
+    addHead(in, out, count);
+}
+
+void CFIRFilter::startHead(double value, bool isSparse) noexcept
+{
+    isHeadStarted = true;
+    place = 0;
+    for (int age = 0; age < 2 * kHeadTaps; ++age)
+        past[age] = isSparse && age % 2 == 1 ? 0.0 : value;
 }
 
 void CFIRFilter::addHead(const double* in, double* out, int count) noexcept
 {
-    if (!isHeadStarted)
-        std::fill_n(past, 2 * kHeadTaps, in[0]);
-    isHeadStarted = true;
     int at = place;
     for (int i = 0; i < count; ++i) {
         past[at] = past[at + kHeadTaps] = in[i];

@@ -7,7 +7,8 @@
 namespace tsm {
 
 /// A filter with finite response, run on one channel: in blocks, or with a direct head in front of
-/// them that needs no latency. Either starts warm, as if its first sample had stood there for ever.
+/// them that needs no latency. Either starts warm, as if its first sample had stood there for ever,
+/// or behind an interpolator for ever between zeros.
 class CFIRFilter {
 public:
     /// Taps of the head; what follows them is convolved in blocks of the same length.
@@ -22,10 +23,12 @@ public:
     [[nodiscard]] int getLatency() const noexcept;
     /// The next sample is the first one again. [audio]
     void reset() noexcept;
-    /// `in` and `out` hold `count` samples and don't overlap. [audio] No allocation, no lock.
-    void process(const double* in, double* out, int count) noexcept;
+    /// `in` and `out` hold `count` samples and don't overlap. `isSparse` counts at the first call:
+    /// every second sample, the second one first, is zero. [audio] No allocation, no lock.
+    void process(const double* in, double* out, int count, bool isSparse = false) noexcept;
 
 private:
+    void startHead(double value, bool isSparse) noexcept;
     void addHead(const double* in, double* out, int count) noexcept;
 
     CPtr<rsk::CDSPFIRConvolver> blocks; // null for no more taps than the head's

@@ -109,7 +109,7 @@ void CModFilterFIRModule::process()
         return;
     }
     output = getPool().take(getBlockLength());
-    filter->process(getInput().read(), output.write(), getBlockLength());
+    filter->process(getInput().read(), output.write(), getBlockLength(), getInput().isSparse());
 }
 
 } // namespace tsm

@@ -5,6 +5,9 @@
 #include "Audio/Processes/CModFilterIIR.h"
 #include "Core/CText.h"
 
+#include <cassert>
+#include <iterator>
+
 namespace tsm {
 
 void CModFilterIIRModule::registerParams()
@@ -36,19 +39,23 @@ void CModFilterIIRModule::update()
 
 void CModFilterIIRModule::processModules(CAudioModule* const* modules, int count)
 {
-    for (int i = 0; i < count; ++i)
-        static_cast<CModFilterIIRModule*>(modules[i])->process();
-}
-
-void CModFilterIIRModule::process()
-{
-    CAudioBlockRef& output = getOutput().buffer;
-    if (!filter) {
-        output = getInput();
-        return;
+    // Twice as many during a crossfade.
+    CDCDAWFilterWorkspace::CLane lanes[2 * kMaxPortChannels];
+    int laneCount = 0;
+    assert(count <= static_cast<int>(std::size(lanes)));
+    for (int i = 0; i < count; ++i) {
+        auto& module = static_cast<CModFilterIIRModule&>(*modules[i]);
+        const CAudioBlockRef& input = module.getInput();
+        CAudioBlockRef& output = module.getOutput().buffer;
+        if (!module.filter) {
+            output = input;
+            continue;
+        }
+        output = module.getPool().take(module.getBlockLength());
+        lanes[laneCount++] = {input.read(), output.write(), &*module.filter, input.isSparse()};
     }
-    output = getPool().take(getBlockLength());
-    filter->process(getInput().read(), output.write(), getBlockLength());
+    if (laneCount > 0)
+        CDCDAWFilterWorkspace::process(lanes, laneCount, modules[0]->getBlockLength());
 }
 
 } // namespace tsm

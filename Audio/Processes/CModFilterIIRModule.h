@@ -20,8 +20,6 @@ public:
     static void processModules(CAudioModule* const* modules, int count);
 
 private:
-    void process();
-
     CAudioModuleParam index;
     std::optional<CDCDAWFilterWorkspace> filter;
 };

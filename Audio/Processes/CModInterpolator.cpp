@@ -39,6 +39,7 @@ void CModInterpolator::process()
     for (int i = 0; i < port.getChannelCount(); ++i) {
         CAudioBlockRef block = getPool().take(2 * length);
         interpolate(port.getChannel(i).buffer.read(), block.write(), length);
+        block.markSparse();
         send(i, block, 2 * length);
     }
     releaseInputs();

@@ -90,6 +90,27 @@ TEST(AFIRConvolver, EqualsTheDirectSumFromItsFirstSampleOn)
         }
 }
 
+TEST(AFIRConvolver, StartsBetweenZerosBehindAnInterpolator)
+{
+    // The past that the start stands for, spelled out: value, zero, value, zero, and so on.
+    const CSamples taps = noise(661, 5);
+    CSamples in(3000, 0.0);
+    for (std::size_t i = 0; i < in.size(); i += 2)
+        in[i] = i < 1500 ? 0.8 : 0.1;
+    CSamples withPast(1000, 0.0);
+    for (std::size_t i = 0; i < withPast.size(); i += 2)
+        withPast[i] = 0.8;
+    withPast.insert(withPast.end(), in.begin(), in.end());
+    CDSPFIRConvolver told(64, taps.data(), 661);
+    CSamples out(in.size());
+    told.process(in.data(), out.data(), static_cast<int>(in.size()), true);
+    CDSPFIRConvolver untold(64, taps.data(), 661);
+    CSamples expected(withPast.size());
+    untold.process(withPast.data(), expected.data(), static_cast<int>(withPast.size()));
+    expected.erase(expected.begin(), expected.begin() + 1000);
+    EXPECT_LT(worstDifference(out, expected), 1e-12);
+}
+
 TEST(AFIRConvolver, AllocatesNothingWhileItRuns)
 {
     const CSamples taps = noise(1063, 3);

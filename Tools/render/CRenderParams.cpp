@@ -13,15 +13,6 @@ namespace {
 
 constexpr const char* kMainPath = "plugin.modMain.";
 
-/// Until the resamplers exist the stage runs at the rate of the file.
-CError* checkAvailable(const CString& name, double value)
-{
-    constexpr double kSingleRate = 1.0;
-    if (name == "oversampling" && value != kSingleRate)
-        TSM_FAIL("parameter 'oversampling' takes only 1X: this build has no resamplers");
-    return nullptr;
-}
-
 /// The number of values that a text for a parameter holds.
 bool isList(const CAudioParamInfo& info)
 {
@@ -63,7 +54,7 @@ CError* CRenderParams::parse(double& value, const CAudioParam& param, const CStr
     if (value != unclamped)
         TSM_FAIL("value '%1' of parameter '%2' is outside of %3", text, name,
                  CParamTexts(param).range());
-    return checkAvailable(name, value);
+    return nullptr;
 }
 
 CError* CRenderParams::set(const CNamedText& setting)
