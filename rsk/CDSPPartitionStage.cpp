@@ -21,9 +21,9 @@ std::size_t bytesOf(int count)
 CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int offset, int extraDelay)
     : transform(CDSPRealFFTPool::get(blockOrder + 1)), order(blockOrder), block(1 << blockOrder),
       startOffset(offset), delay(extraDelay), frame(2 * block), sum(2 * block), finished(2 * block),
-      output(2 * block), delayLine(extraDelay)
+      output(extraDelay + 2 * block)
 {
-    assert(offset >= 0 && 2 * offset < block);
+    assert(offset >= 0 && 2 * offset < block && extraDelay >= 0 && extraDelay <= block);
     reset();
 }
 
@@ -67,12 +67,10 @@ void CDSPPartitionStage::reset() noexcept
     toBoundary = block - startOffset;
     toOutput = block / 2 - startOffset;
     binsDone = 0;
-    delayPosition = 0;
     frame.clear();
     sum.clear();
     finished.clear();
     output.clear();
-    delayLine.clear();
     history.clear();
     if (hasPending)
         takePending();
@@ -92,51 +90,41 @@ void CDSPPartitionStage::catchUp(const double* past, int count, double* work) no
 void CDSPPartitionStage::process(const double* in, double* out, int count, double* work) noexcept
 {
     while (count > 0) {
-        const int step = std::min({count, toBoundary, toOutput});
-        takeInput(in, step);
-        addOutput(out, step);
+        const int step = std::min(count, toBoundary);
+        std::memcpy(frame.data() + block - toBoundary, in, bytesOf(step));
+        takeOutput(out, step, work);
         toBoundary -= step;
-        toOutput -= step;
         sumBins(block - toBoundary);
         if (toBoundary == 0)
             endBlock(work);
-        if (toOutput == 0) {
-            transform.inverseSplit(finished.data(), output.data(), work);
-            toOutput = block;
-        }
         in += step;
         out += step;
         count -= step;
     }
 }
 
-void CDSPPartitionStage::takeInput(const double* in, int count) noexcept
+/// The output's moment comes once a block, between the ends of blocks.
+void CDSPPartitionStage::takeOutput(double* out, int count, double* work) noexcept
 {
-    std::memcpy(frame.data() + block - toBoundary, in, bytesOf(count));
-}
-
-void CDSPPartitionStage::addOutput(double* out, int count) noexcept
-{
+    const int before = std::min(count, toOutput);
+    addOutput(out, before);
+    toOutput -= before;
+    if (toOutput > 0)
+        return;
     // The frame holds the present block in front of the one before, so what is valid of the
     // circular convolution stands in front as well.
+    std::memcpy(output.data(), output.data() + block, bytesOf(delay));
+    transform.inverseSplit(finished.data(), output.data() + delay, work);
+    toOutput = block;
+    addOutput(out + before, count - before);
+    toOutput -= count - before;
+}
+
+void CDSPPartitionStage::addOutput(double* out, int count) const noexcept
+{
     const double* ready = output.data() + block - toOutput;
-    if (delay == 0) {
-        for (int i = 0; i < count; ++i)
-            out[i] += ready[i];
-        return;
-    }
-    for (int i = 0; i < count;) {
-        const int run = std::min(count - i, delay - delayPosition);
-        double* line = delayLine.data() + delayPosition;
-        for (int k = 0; k < run; ++k) {
-            out[i + k] += line[k];
-            line[k] = ready[i + k];
-        }
-        i += run;
-        delayPosition += run;
-        if (delayPosition == delay)
-            delayPosition = 0;
-    }
+    for (int i = 0; i < count; ++i)
+        out[i] += ready[i];
 }
 
 void CDSPPartitionStage::sumBins(int end) noexcept

@@ -24,7 +24,7 @@ class CDSPPartitionStage {
 public:
     /// Blocks of 2^order samples (order 4 to 15); the first one is taken as `startOffset` samples
     /// old already (less than half a block), so that stages elsewhere transform at other moments.
-    /// The output is `delay` samples later still.
+    /// The output is `extraDelay` samples later still, a block at most.
     CDSPPartitionStage(int blockOrder, int startOffset, int delay);
 
     [[nodiscard]] int getOrder() const noexcept { return order; }
@@ -54,8 +54,8 @@ private:
     };
 
     void fitHistory(int partitions);
-    void takeInput(const double* in, int count) noexcept;
-    void addOutput(double* out, int count) noexcept;
+    void takeOutput(double* out, int count, double* work) noexcept;
+    void addOutput(double* out, int count) const noexcept;
     void sumBins(int end) noexcept;
     void endBlock(double* work) noexcept;
     void takePending() noexcept;
@@ -68,7 +68,6 @@ private:
     const int delay;
     int toBoundary = 0;
     int toOutput = 0;
-    int delayPosition = 0;
     int binsDone = 0;
     bool hasPending = false;
     CFilter filter;
@@ -78,8 +77,7 @@ private:
     CAlignedArray<double> frame; // the block being filled, then the one before
     CAlignedArray<double> sum;
     CAlignedArray<double> finished; // the sum of the block before
-    CAlignedArray<double> output;
-    CAlignedArray<double> delayLine;
+    CAlignedArray<double> output;   // with the last `delay` samples before it in front
 };
 
 } // namespace tsm::rsk

@@ -41,9 +41,12 @@ TSM_INLINE void sumProductsAt(const double* const* a, const double* const* b, in
 void sumProducts(const double* const* a, const double* const* b, int pairCount, double* sum,
                  int halfCount, int first, int end) noexcept
 {
-    // Two vectors fill the registers of the narrow builds; the wide one has an odd one out, since
-    // the bins come in eights.
+    // Two vectors fill the registers of the narrow builds; the wide one has twice as many, and an
+    // odd one out, since the bins come in eights.
     int at = first;
+    if constexpr (kLanes == 8)
+        for (; at + 4 * kLanes <= end; at += 4 * kLanes)
+            sumProductsAt<4>(a, b, pairCount, sum, halfCount, at);
     for (; at + 2 * kLanes <= end; at += 2 * kLanes)
         sumProductsAt<2>(a, b, pairCount, sum, halfCount, at);
     for (; at < end; at += kLanes)

@@ -20,6 +20,7 @@ libgtest-dev        build  the tests
 libgmock-dev        build  matchers of the tests
 libbenchmark-dev    build  the benchmarks
 libfftw3-dev        build  reference for transforms, tests and benchmarks only
+libzita-convolver-dev build reference for convolution, benchmarks only
 libsoxr-dev         build  reference for resampling, tests and benchmarks only
 gnuplot-nox         build  draws the spectra
 fonts-dejavu-core   build  letters in the drawing
