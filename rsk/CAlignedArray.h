@@ -12,7 +12,7 @@
 namespace tsm::rsk {
 
 /// A run of plain values that starts at a multiple of 64 bytes, as vectors and cache lines like
-/// it. The count is set once and all values start at zero.
+/// it. Values start at zero unless it is said otherwise.
 template <class T>
 class CAlignedArray {
     static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
@@ -33,13 +33,19 @@ public:
     /// Replaces the values by `wanted` zeros.
     void allocate(int wanted)
     {
+        allocateUnset(wanted);
+        clear();
+    }
+    /// Replaces the values by `wanted` ones of any content, which costs next to nothing at any
+    /// count.
+    void allocateUnset(int wanted)
+    {
         assert(wanted >= 0);
         release();
         block = allocBlock(static_cast<std::size_t>(wanted) * sizeof(T) + kAlignment);
         const auto address = reinterpret_cast<std::uintptr_t>(block);
         items = reinterpret_cast<T*>((address + kAlignment - 1) / kAlignment * kAlignment);
         count = wanted;
-        clear();
     }
     /// Sets all values to zero.
     void clear() noexcept

@@ -36,20 +36,21 @@ void CDSPPartitionStage::load(const CDSPImpulseRef& impulse, int index)
     fitHistory(std::max(pending.getCount(), filter.getCount()));
 }
 
-/// What came before the known past counts as silence.
 void CDSPPartitionStage::fitHistory(int partitions)
 {
-    const int known = inputs.getCount();
-    if (partitions == known)
+    const int former = inputs.getCount();
+    if (partitions == former)
         return;
     const int stride = spectrumStride(order);
-    CAlignedArray<double> fitted(partitions * stride);
+    CAlignedArray<double> fitted;
+    fitted.allocateUnset(partitions * stride);
     CArray<double*> places;
+    places.reserve(partitions);
+    known = std::min(known, partitions);
     for (int i = 0; i < partitions; ++i) {
         double* spectrum = places.add(fitted.data() + i * stride);
-        const int former = known - partitions + i;
-        if (former >= 0)
-            std::memcpy(spectrum, inputs[former], bytesOf(2 * block));
+        if (i >= partitions - known)
+            std::memcpy(spectrum, inputs[former - partitions + i], bytesOf(2 * block));
     }
     history.swap(fitted);
     inputs = std::move(places);
@@ -71,7 +72,7 @@ void CDSPPartitionStage::reset() noexcept
     sum.clear();
     finished.clear();
     output.clear();
-    history.clear();
+    known = 0;
     if (hasPending)
         takePending();
 }
@@ -134,8 +135,11 @@ void CDSPPartitionStage::sumBins(int end) noexcept
     const int partitions = filter.getCount();
     if (end == binsDone || partitions == 0)
         return;
-    kernels.sumProducts(inputs.data() + inputs.getCount() - partitions, filter.partitions->data(),
-                        partitions, sum.data(), block, binsDone, end);
+    // What came before the known past was silence.
+    const int pairs = std::min(partitions, known);
+    kernels.sumProducts(inputs.data() + inputs.getCount() - pairs,
+                        filter.partitions->data() + partitions - pairs, pairs, sum.data(), block,
+                        binsDone, end);
     binsDone = end;
 }
 
@@ -151,6 +155,7 @@ void CDSPPartitionStage::endBlock(double* work) noexcept
                      static_cast<std::size_t>(rest) * sizeof(double*));
         inputs[rest] = oldest;
         transform.forwardSplit(frame.data(), oldest, work);
+        known = std::min(known + 1, rest + 1);
     }
     std::memcpy(frame.data() + block, frame.data(), bytesOf(block));
     toBoundary = block;

@@ -71,10 +71,11 @@ private:
     int binsDone = 0;
     bool hasPending = false;
     CFilter filter;
-    CFilter pending; // later the former one
-    CAlignedArray<double> history;
-    CArray<double*> inputs;      // spectra in `history`, oldest first; the last ones are in use
-    CAlignedArray<double> frame; // the block being filled, then the one before
+    CFilter pending;               // later the former one
+    CAlignedArray<double> history; // nothing is written before its time comes: loading is short
+    CArray<double*> inputs;        // spectra in `history`, oldest first
+    int known = 0;                 // of the last ones, that hold something
+    CAlignedArray<double> frame;   // the block being filled, then the one before
     CAlignedArray<double> sum;
     CAlignedArray<double> finished; // the sum of the block before
     CAlignedArray<double> output;   // with the last `delay` samples before it in front

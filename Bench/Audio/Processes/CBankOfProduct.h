@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Audio/Processes/CBankedImpulseCache.h"
+#include "Audio/ProductCreators.h"
+#include "Core/CApplication.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace tsm {
+
+/// The product's bank of impulses, for benchmarks.
+class CBankOfProduct {
+public:
+    CBankOfProduct()
+    {
+        check(startProduct(application));
+        check(application.getSharedRoot()->findObjectChecked(bank, "fs.impulses"));
+    }
+    /// Through the process's cache, for stereo.
+    CBankedImpulseRef load(std::uint32_t id, double rate)
+    {
+        CImpulseSource source;
+        CBankedImpulseRef impulse;
+        check(CImpulseSource::fromSet(source, *bank, id));
+        check(CBankedImpulseCache::get().load(impulse, source, rate, 2));
+        return impulse;
+    }
+
+private:
+    static void check(CError* error)
+    {
+        if (!error)
+            return;
+        std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
+        std::abort();
+    }
+
+    CApplication application;
+    CFileSetObject* bank = nullptr;
+};
+
+} // namespace tsm
