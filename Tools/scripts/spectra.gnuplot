@@ -20,10 +20,11 @@ set key outside right top Left reverse samplen 2 spacing 1.3
 set lmargin 11
 set rmargin 26
 
-# Apart for readers with impaired color vision too (Okabe and Ito, "Color universal design", 2008).
-array colors[8] = ["#000000", "#0072b2", "#d55e00", "#009e73", \
-                   "#cc79a7", "#e69f00", "#56b4e9", "#7f7f7f"]
-colorOf(column) = colors[(column - 2) % 8 + 1]
+# Apart for readers with impaired color vision too (Okabe and Ito, "Color universal design", 2008),
+# and two darker ones.
+array colors[10] = ["#000000", "#0072b2", "#d55e00", "#009e73", "#cc79a7", \
+                    "#e69f00", "#56b4e9", "#7f7f7f", "#7a2e8e", "#8c510a"]
+colorOf(column) = colors[(column - 2) % 10 + 1]
 
 set multiplot layout (hasHarmonics ? 3 : 2),1
 
