@@ -25,7 +25,7 @@ public:
     /// Blocks of 2^order samples (order 4 to 15); the first one is taken as `startOffset` samples
     /// old already (less than half a block), so that stages elsewhere transform at other moments.
     /// The output is `extraDelay` samples later still, a block at most.
-    CDSPPartitionStage(int blockOrder, int startOffset, int delay);
+    CDSPPartitionStage(int blockOrder, int startOffset, int extraDelay);
 
     [[nodiscard]] int getOrder() const noexcept { return order; }
 

@@ -260,6 +260,22 @@ TEST(AZeroLatencyConvolver, TurnsToANewImpulseWithinItsLongestBlocks)
     }
 }
 
+TEST(AZeroLatencyConvolver, GivesUpThePastThatShorterImpulsesDontNeed)
+{
+    CConvolver convolver(6);
+    const CSamples in = clicks(12000);
+    for (const int length : {20000, 800, 20000}) {
+        if (length == 20000)
+            convolver.load(impulse(700, 12)); // passed over: what it needs isn't all that was
+        convolver.load(impulse(length, 12));
+        for (const double sample : run(convolver, in, 100))
+            ASSERT_LT(std::abs(sample), 2.5);
+    }
+    run(convolver, CSamples(33000), 512);
+    EXPECT_LT(worstDifference(run(convolver, in, 100), convolveDirectly(in, impulse(20000, 12))),
+              kTolerance);
+}
+
 TEST(AZeroLatencyConvolver, SharesImpulsesWithOthers)
 {
     const CSamples in = clicks(9000);
