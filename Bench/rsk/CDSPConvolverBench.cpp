@@ -19,6 +19,8 @@
 namespace tsm::rsk {
 namespace {
 
+constexpr int kMaxCount = 4096;
+
 std::vector<double> decay(int length)
 {
     std::vector<double> taps(static_cast<std::size_t>(length));
@@ -42,7 +44,7 @@ public:
         const std::vector<double> taps = decay(length);
         const CDSPImpulseRef impulse(new CDSPConvolverImpulse(taps.data(), length, 1.0));
         convolver.load(impulse);
-        work.allocate(impulse->getWorkCount());
+        work.allocate(impulse->getWorkCount(kMaxCount));
     }
     void process(const double* in, double* out, int count)
     {
@@ -230,7 +232,7 @@ void convolveWhole(benchmark::State& state)
 void eachBlockSize(benchmark::internal::Benchmark* bench)
 {
     for (const int length : {4498, 26240, 209920})
-        for (const int count : {32, 64, 512})
+        for (const int count : {32, 64, 512, 4096})
             bench->Args({length, count});
 }
 
