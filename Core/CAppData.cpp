@@ -156,17 +156,27 @@ bool CAppData::writeData(const CString& key, const CByteBuffer& buffer, const vo
     return isStored;
 }
 
+void CAppData::keepInMemory() noexcept
+{
+    isInMemory = true;
+}
+
 bool CAppData::storeData(const CString& key, const CByteBuffer& buffer, std::uint32_t blockId)
 {
     if (!isItemName(key))
         return false;
     CLockScope hold(lock);
-    makeFolder();
-    if (state != EState::Created)
+    if (isInMemory)
+        resolveFolders();
+    else
+        makeFolder();
+    if (state == EState::Failed)
         return false;
     CEntry& entry = cache[getKeyId(key)];
     entry.blockId = blockId;
     entry.data = buffer;
+    if (isInMemory)
+        return false;
     const CPtr<CError> error(writeFile(key, buffer, blockId));
     return !error;
 }
@@ -188,7 +198,8 @@ bool CAppData::removeData(const CString& key, const void* sender)
     {
         CLockScope hold(lock);
         resolveFolders();
-        if (state == EState::Failed || removeFile((userFolder + key).toUtf8().c_str()) != 0)
+        if (state == EState::Failed || isInMemory ||
+            removeFile((userFolder + key).toUtf8().c_str()) != 0)
             return false;
         cache.remove(getKeyId(key));
     }

@@ -7,6 +7,7 @@
 #include "Core/CString.h"
 #include "Core/CUpdateNotifier.h"
 
+#include <atomic>
 #include <cstdint>
 
 namespace tsm {
@@ -52,6 +53,10 @@ public:
     /// The store that documents call "global", "group" or "local"; null for any other word.
     [[nodiscard]] static CAppData* findStore(const CString& word);
 
+    /// From here on nothing is written: what is stored counts in this process alone, as when the
+    /// disk refuses it. For tools that leave the user's settings alone. [setup]
+    static void keepInMemory() noexcept;
+
     /// Reads an item; `buffer` is empty when it is missing, damaged, or of another type than
     /// `blockId` asks for. With `force` the disk is asked even if the item is in memory, which then
     /// counts where the disk has none.
@@ -89,6 +94,8 @@ protected:
     [[nodiscard]] virtual CBaseFolders findBaseFolders() const;
 
 private:
+    static inline std::atomic<bool> isInMemory = false;
+
     enum class EState { Unresolved, Resolved, Created, Failed };
     struct CEntry {
         std::uint32_t blockId = 0;

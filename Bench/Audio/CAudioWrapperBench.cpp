@@ -1,6 +1,6 @@
 #include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
-#include "Bench/Support/ResidentMemory.h"
+#include "Tests/Support/ResidentMemory.h"
 #include "Core/CApplication.h"
 
 #include <benchmark/benchmark.h>

@@ -3,6 +3,8 @@ tsm_add_test(tests_wrapper
     SOURCES
         CAudioWrapperSoundTest.cpp
         CAudioWrapperTest.cpp
+        COversamplingTest.cpp
+        ../Support/HeapAllocations.cpp
         CHostBuffersTest.cpp
         CParamEventQueueTest.cpp
         CProductDataTest.cpp

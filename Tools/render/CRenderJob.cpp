@@ -3,6 +3,7 @@
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/Processes/CBankedImpulse.h"
 #include "Audio/ProductCreators.h"
+#include "Core/CAppData.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Tools/Support/CAutomationText.h"
@@ -31,6 +32,8 @@ CError* CRenderJob::run()
 {
     if (!options.isList)
         TSM_TRY(sound.openInput());
+    // Some parameters are settings of the user's, in all sessions.
+    CAppData::keepInMemory();
     TSM_TRY(startEngine());
     TSM_TRY(applySettings());
     TSM_TRY(readAutomations());
@@ -114,6 +117,8 @@ CError* CRenderJob::applySettings()
     TSM_TRY(loadState());
     TSM_TRY(chooseProgram());
     TSM_TRY(chooseImpulse());
+    if (options.isLinearPhase)
+        TSM_TRY(params->set({"lp-oversampling-enable", "1"}));
     for (const CNamedText& setting : options.settings)
         TSM_TRY(params->set(setting));
     return nullptr;

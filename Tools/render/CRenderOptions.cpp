@@ -18,6 +18,8 @@ CError* CRenderOptions::parse(int argc, const char* const* argv, CRenderOptions&
             app.add_option("--preset", options.program, "Choose a factory preset by its name");
             app.add_option("--impulse", options.impulsePath,
                            "Take a sound file in place of the tape's impulse");
+            app.add_flag("--linear-phase", options.isLinearPhase,
+                         "Oversample with filters of linear phase");
             app.add_option("--load-state", options.loadStatePath,
                            "Load the bytes of an instance's state");
             app.add_option("--save-state", options.saveStatePath,

@@ -1,4 +1,4 @@
-#include "Bench/Support/ResidentMemory.h"
+#include "Tests/Support/ResidentMemory.h"
 #include "Tests/Audio/VST/CComponentRig.h"
 
 #include <benchmark/benchmark.h>

@@ -89,7 +89,7 @@ TEST_F(RenderCommand, RefusesWithOneLineAndLeavesNothing)
              {{"in.wav", "out.wav", "--set", "modReelpath.recgain=loud"}, "loud"},
              {{"in.wav", "out.wav", "--set", "modReelpath.recgain=31"}, "-30.0 to 30.0"},
              {{"in.wav", "out.wav", "--set", "modReelpath.mode=F20"}, "F20"},
-             {{"in.wav", "out.wav", "--set", "oversampling=2X"}, "oversampling"},
+             {{"in.wav", "out.wav", "--set", "oversampling=3X"}, "3X"},
              {{"in.wav", "out.wav", "--set", "uicolor-params.palette=1"}, "palette"},
              {{"in.wav", "out.wav", "--automate", "modOutGain.gain=0:0,1"}, "SECONDS:VALUE"},
              {{"in.wav", "out.wav", "--automate", "modOutGain.gain=-1:0"}, "-1:0"},
@@ -196,6 +196,28 @@ TEST_F(RenderCommand, TakesAnImpulseFromAFile)
         command.run({"--impulse", "impulse.wav", "--save-state", "state", "in.wav", "out.wav"});
     EXPECT_EQ(saved.status, 0) << saved.err;
     EXPECT_EQ(command.render(sound, {"--raw", "--load-state", "state"}).samples, out.samples);
+}
+
+TEST_F(RenderCommand, OversamplesAndKeepsTheUsersSettings)
+{
+    const CTestSound sound = makeMusic(44100, 1, 3000);
+    const CTestSound plain = command.render(sound, {"--set", "oversampling=4X"});
+    const CTestSound linear = command.render(sound, {"--set", "oversampling=4X", "--linear-phase"});
+    EXPECT_NE(linear.samples, plain.samples);
+    // Linear phase is a setting that all sessions share; of a render they hear nothing.
+    EXPECT_EQ(command.render(sound, {"--set", "oversampling=4X"}).samples, plain.samples);
+    struct CRow {
+        std::vector<std::string> options;
+        const char* latency;
+    };
+    for (const CRow& row :
+         {CRow{{"--set", "oversampling=8X"}, "\"latency\": 63,"},
+          CRow{{"--set", "oversampling=1X", "--linear-phase"}, "\"latency\": 584,"},
+          CRow{{"--set", "oversampling=Auto", "--offline"}, "\"latency\": 63,"}}) {
+        std::vector<std::string> arguments = row.options;
+        arguments.insert(arguments.end(), {"--json", "in.wav", "out.wav"});
+        EXPECT_THAT(command.run(arguments).out, HasSubstr(row.latency));
+    }
 }
 
 TEST_F(RenderCommand, GivesTheInputBackWhenBypassed)
