@@ -1,15 +1,17 @@
-# gnuplot -c spectra.gnuplot OUT.png BANDS.dat TITLE [HARMONICS.dat]
+# gnuplot -c spectra.gnuplot OUT.png BANDS.dat TITLE HARMONICS.dat ALIASING.dat
 # Draws level over frequency, a line for each column of BANDS.dat; below it how far each lies above
-# the first column, the sound before; and below that, with HARMONICS.dat, what became of the sine.
+# the first column, the sound before; below that, unless HARMONICS.dat is empty, what became of the
+# sine; and last what oversampling does to folded harmonics.
 outFile = ARG1
 bandFile = ARG2
 heading = ARG3
 harmonicFile = ARG4
 hasHarmonics = strlen(harmonicFile) > 0
+aliasFile = ARG5
 lowest = -130.0
 
 set encoding utf8
-set terminal pngcairo noenhanced font "DejaVu Sans,11" size 1280, (hasHarmonics ? 1500 : 1000)
+set terminal pngcairo noenhanced font "DejaVu Sans,11" size 1280, (hasHarmonics ? 2000 : 1500)
 set output outFile
 set border linecolor rgb "#606060"
 set grid xtics ytics mxtics linetype 1 linecolor rgb "#d0d0d0" linewidth 0.7, \
@@ -26,7 +28,7 @@ array colors[10] = ["#000000", "#0072b2", "#d55e00", "#009e73", "#cc79a7", \
                     "#e69f00", "#56b4e9", "#7f7f7f", "#7a2e8e", "#8c510a"]
 colorOf(column) = colors[(column - 2) % 10 + 1]
 
-set multiplot layout (hasHarmonics ? 3 : 2),1
+set multiplot layout (hasHarmonics ? 4 : 3),1
 
 stats bandFile using 2 skip 1 nooutput
 columnCount = int(STATS_columns)
@@ -72,4 +74,20 @@ if (hasHarmonics) {
               ($1 + leftOf(column) + 0.9 * barWidth):(lowest):(column(column)) \
         with boxxyerror linecolor rgb colorOf(column) title columnhead(column)
 }
+
+set title "Folded harmonics of a sine, recording gain 12 dB, at 44.1 kHz" font "DejaVu Sans,14"
+unset xlabel
+set ylabel "aliasing below the tone / dB"
+unset logscale x
+set xrange [-0.6:6.6]
+set grid noxtics nomxtics
+set xtics autofreq
+set ytics 20
+set style fill solid noborder
+floor = -120.0
+set yrange [floor:0]
+plot aliasFile using ($0 - 0.18):2:($0 - 0.34):($0 - 0.02):(floor):2:xtic(1) \
+         with boxxyerror linecolor rgb colors[2] title columnhead(2), \
+     "" using ($0 + 0.18):3:($0 + 0.02):($0 + 0.34):(floor):3 \
+         with boxxyerror linecolor rgb colors[3] title columnhead(3)
 unset multiplot
