@@ -128,7 +128,7 @@ void placeReads(const CFlutterCoefficients& flutter, CReadTrace& trace, int from
 }
 
 /// The weights of the four points, so that channels needn't each work out the same cubic.
-void weighReads(CReadTrace& trace, int from, int to)
+[[maybe_unused]] void weighReads(CReadTrace& trace, int from, int to)
 {
     for (int i = from; i < to; ++i) {
         const double t = trace.fraction[i];

@@ -1,7 +1,7 @@
 #include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
-#include "Tests/Support/ResidentMemory.h"
 #include "Core/CApplication.h"
+#include "Tests/Support/ResidentMemory.h"
 
 #include <benchmark/benchmark.h>
 
