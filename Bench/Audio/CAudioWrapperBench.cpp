@@ -1,5 +1,5 @@
-#include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Audio/CBenchWrapper.h"
 #include "Core/CApplication.h"
 #include "Tests/Support/ResidentMemory.h"
 
@@ -15,39 +15,13 @@
 namespace tsm {
 namespace {
 
-class CBenchWrapper : public CAudioWrapper {
-public:
-    void performEdit(std::int32_t, double) override {}
-    void onProgramChange() override {}
-    void beginEdit(std::int32_t) override {}
-    void endEdit(std::int32_t) override {}
-};
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
-
-std::unique_ptr<CBenchWrapper> makeInstance()
-{
-    auto wrapper = std::make_unique<CBenchWrapper>();
-    check(wrapper->init());
-    wrapper->setChannelFormat({2, true, false}, {});
-    wrapper->setOutputFormat({2, true, false});
-    wrapper->afterInit();
-    return wrapper;
-}
-
 /// A stereo instance at 44.1 kHz on loud noise, in per cent of a core at the speed of the sound.
 void wholeInstance(benchmark::State& state)
 {
     const auto count = static_cast<int>(state.range(0));
     CApplication application;
-    check(startProduct(application));
-    const auto wrapper = makeInstance();
+    checkBench(startProduct(application));
+    const auto wrapper = CBenchWrapper::make();
     wrapper->startProcessing();
     std::mt19937 generator(1);
     std::uniform_real_distribution<double> uniform(-0.7, 0.7);
@@ -75,7 +49,7 @@ void startSharedTree(benchmark::State& state)
 {
     for (auto _ : state) {
         CApplication application;
-        check(startProduct(application));
+        checkBench(startProduct(application));
         benchmark::DoNotOptimize(application.getSharedRoot());
     }
 }
@@ -85,10 +59,10 @@ BENCHMARK(startSharedTree)->Unit(benchmark::kMillisecond);
 void furtherInstance(benchmark::State& state)
 {
     CApplication application;
-    check(startProduct(application));
-    const auto first = makeInstance();
+    checkBench(startProduct(application));
+    const auto first = CBenchWrapper::make();
     for (auto _ : state)
-        benchmark::DoNotOptimize(makeInstance());
+        benchmark::DoNotOptimize(CBenchWrapper::make());
 }
 BENCHMARK(furtherInstance)->Unit(benchmark::kMillisecond);
 
@@ -97,13 +71,13 @@ void instanceMemory(benchmark::State& state)
 {
     constexpr int kInstances = 64;
     CApplication application;
-    check(startProduct(application));
+    checkBench(startProduct(application));
     std::vector<std::unique_ptr<CBenchWrapper>> instances;
-    instances.push_back(makeInstance());
+    instances.push_back(CBenchWrapper::make());
     const double before = residentBytes();
     for (auto _ : state)
         for (int i = 0; i < kInstances; ++i)
-            instances.push_back(makeInstance());
+            instances.push_back(CBenchWrapper::make());
     state.counters["KiB_each"] = (residentBytes() - before) / 1024.0 / kInstances;
 }
 BENCHMARK(instanceMemory)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -7,8 +7,8 @@ namespace tsm {
 /// What the command line asks for.
 struct CRenderOptions : CSoundOptions {
     bool isList = false;
-    std::string program;     // a preset's name; empty for the one that an instance starts with
-    std::string impulsePath; // of a sound file; empty for the tape of the program
+    std::string program;        // a preset's name; empty for the one that an instance starts with
+    std::string impulsePath;    // of a sound file; empty for the tape of the program
     bool isLinearPhase = false; // of the oversampling filters
     std::string loadStatePath;
     std::string saveStatePath;

@@ -1,5 +1,5 @@
-#include "Tests/Support/ResidentMemory.h"
 #include "Tests/Audio/VST/CComponentRig.h"
+#include "Tests/Support/ResidentMemory.h"
 
 #include <benchmark/benchmark.h>
 

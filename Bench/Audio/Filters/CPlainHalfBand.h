@@ -1,0 +1,49 @@
+#pragma once
+
+namespace tsm {
+
+/// The recurrence as it is written down, at the raised rate: each section of each branch with a
+/// ring of four inputs and four outputs.
+class CPlainHalfBand {
+public:
+    static constexpr int kSections = 5;
+    static constexpr double kSteep[] = {
+        0.017201989192148732, 0.143436416471937580, 0.347900769631093840, 0.577350269189625730,
+        0.810517970072601620, 0.066817741883400714, 0.239667767835860080, 0.461816363311925440,
+        0.693116558427877340, 0.933859775291256300};
+
+    void process(const double* in, double* out, int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            const double a = step(0, in[i]);
+            out[i] = 0.5 * (a + late);
+            late = step(1, in[i]);
+            index = (index + 3) & 3;
+        }
+    }
+
+private:
+    double step(int branch, double u)
+    {
+        const int past = (index + 2) & 3;
+        for (int s = 0; s < kSections; ++s) {
+            CRing& ring = rings[branch][s];
+            const double y =
+                kSteep[branch * kSections + s] * (u - ring.outputs[past]) + ring.inputs[past];
+            ring.inputs[index] = u;
+            ring.outputs[index] = y;
+            u = y;
+        }
+        return u;
+    }
+
+    struct CRing {
+        double inputs[4] = {};
+        double outputs[4] = {};
+    };
+    CRing rings[2][kSections];
+    double late = 0.0;
+    int index = 3;
+};
+
+} // namespace tsm
