@@ -5,6 +5,7 @@
 #include "Audio/CAudioExtParam.h"
 #include "Audio/CAudioExtParamList.h"
 #include "Audio/CAudioInterfaceBase.h"
+#include "Audio/CAudioInterfaceClient.h"
 #include "Audio/CAudioParamAllocDef.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
@@ -40,6 +41,8 @@
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
+#include "Other/CParamInterfaceBaseConnectorUni.h"
+#include "Other/CParamInterfaceClientConnectorUni.h"
 
 namespace tsm {
 
@@ -50,10 +53,13 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CObject>("core:object"),
     creatorRow<CSharedAttribute>("core:shared-attribute"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
+    creatorRow<CParamInterfaceBaseConnectorUni>("other:param-interface-base-connector-uni"),
+    creatorRow<CParamInterfaceClientConnectorUni>("other:param-interface-client-connector-uni"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
     creatorRow<CAudioCCTable>("audio:cctable"),
     creatorRow<CAudioInterfaceBase>("audio:interface-base"),
+    creatorRow<CAudioInterfaceClient>("audio:interface-client"),
     creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),
     creatorRow<CAudioParamConverterFreq>("audio:cvt-freq"),
     creatorRow<CAudioParamConverterGain>("audio:cvt-gain"),

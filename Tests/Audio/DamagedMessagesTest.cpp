@@ -1,0 +1,1 @@
+#include "Tests/Support/CInterfaceRig.h"
