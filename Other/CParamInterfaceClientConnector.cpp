@@ -76,14 +76,18 @@ CError* CParamInterfaceClientConnector::receive(CInterfaceBlockList& blocks)
 CError* CParamInterfaceClientConnector::onProcessBaseData()
 {
     const CLockScope hold(lock);
+    // A listener may run a loop: the call that it is in goes on with what came meanwhile.
+    if (isProcessing)
+        return nullptr;
+    isProcessing = true;
     CError* const error = processIncoming();
+    isProcessing = false;
     if (error)
         incoming.clear();
     TSM_TRY(error);
     return nullptr;
 }
 
-// One after another from the list itself: a listener may run a loop in which more come in behind.
 CError* CParamInterfaceClientConnector::processIncoming()
 {
     while (const CPtr<CInterfaceBlock> block = incoming.takeFirst()) {

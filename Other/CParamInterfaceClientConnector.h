@@ -54,6 +54,7 @@ private:
     CCriticalSection lock{4000};
     CParamInterfaceClient* client = nullptr;
     CInterfaceBlockList incoming;
+    bool isProcessing = false;
 };
 
 } // namespace tsm

@@ -173,18 +173,29 @@ public:
             whileBegun();
     }
     void endEdit(std::int32_t index) override { note("end", index); }
-    void onProgramChange() override { notes.push_back("program"); }
-    std::vector<std::string> takeNotes() { return std::exchange(notes, {}); }
+    void onProgramChange() override { note("program"); }
+    std::vector<std::string> takeNotes()
+    {
+        const CLockScope hold(notesLock);
+        return std::exchange(notes, {});
+    }
 
-    std::vector<std::string> notes;
     std::function<void()> whileBegun; // what the host does before it returns
 
 private:
+    void note(const std::string& what)
+    {
+        const CLockScope hold(notesLock);
+        if (getIsReady())
+            notes.push_back(what);
+    }
     void note(const char* what, std::int32_t index)
     {
-        if (getIsReady())
-            notes.push_back(what + (" " + std::to_string(index)));
+        note(what + (" " + std::to_string(index)));
     }
+
+    CCriticalSection notesLock; // hosts are told on several threads
+    std::vector<std::string> notes;
 };
 
 /// The product, one instance, and clients that tests attach.
