@@ -40,6 +40,7 @@
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
+#include "Core/CTimerQueued.h"
 
 namespace tsm {
 
@@ -49,6 +50,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAttrDoubler>("core:attr-doubler"),
     creatorRow<CObject>("core:object"),
     creatorRow<CSharedAttribute>("core:shared-attribute"),
+    creatorRow<CTimerQueued>("core:timer"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
