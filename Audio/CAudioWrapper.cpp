@@ -15,6 +15,7 @@
 #include "Core/CLog.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CText.h"
+#include "Core/CWorkerThreadPool.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Platform/CFloatControl.h"
 #include "Platform/CThreadId.h"
@@ -114,6 +115,8 @@ CAudioWrapper::~CAudioWrapper()
     windowSizeListener.reset();
     graph.destroy();
     root.reset();
+    // No sleeping thread outlives the last instance that could need one.
+    CWorkerThreadPool::clearIdleThreads();
 }
 
 CError* CAudioWrapper::init()

@@ -41,6 +41,7 @@
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
+#include "Core/CTimerQueued.h"
 #include "Other/CParamInterfaceBaseConnectorUni.h"
 #include "Other/CParamInterfaceClientConnectorUni.h"
 
@@ -52,6 +53,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAttrDoubler>("core:attr-doubler"),
     creatorRow<CObject>("core:object"),
     creatorRow<CSharedAttribute>("core:shared-attribute"),
+    creatorRow<CTimerQueued>("core:timer"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
     creatorRow<CParamInterfaceBaseConnectorUni>("other:param-interface-base-connector-uni"),
     creatorRow<CParamInterfaceClientConnectorUni>("other:param-interface-client-connector-uni"),

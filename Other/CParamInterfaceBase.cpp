@@ -1,6 +1,5 @@
 #include "Other/CParamInterfaceBase.h"
 
-#include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Core/CText.h"
 #include "Other/CInterfaceRecords.h"

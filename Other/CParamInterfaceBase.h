@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioParamChange.h"
+#include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamUndo.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Other/CInterfaceBlock.h"
@@ -36,6 +37,8 @@ public:
     /// failed; the model is as it was then, but for presets of which single values are damaged.
     /// [ui] Through the connector.
     [[nodiscard]] CError* processMessage(CInputStream& message);
+    /// Has listeners told what the audio thread changed, which doesn't do so itself. [ui] Likewise
+    void deliverUpdates() { getCollector().getUpdates().deliver(); }
     /// A client has gone: ends its gestures and drops its listeners and open steps. [ui] Likewise
     virtual void dropClient(std::uint32_t clientId);
     /// Sends a client, which has lost messages, all states that it listens to. [ui] Likewise

@@ -67,6 +67,13 @@ void CParamInterfaceBaseConnector::removeClient(std::uint32_t clientId)
         base->dropClient(clientId);
 }
 
+void CParamInterfaceBaseConnector::deliverUpdates()
+{
+    const CLockScope hold(lock);
+    if (base)
+        base->deliverUpdates();
+}
+
 void CParamInterfaceBaseConnector::restoreClient(std::uint32_t clientId)
 {
     const CLockScope hold(lock);

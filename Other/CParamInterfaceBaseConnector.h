@@ -35,7 +35,7 @@ public:
     /// Sends a block to a client's queue; one that isn't known gets nothing, and an empty block
     /// goes nowhere. [any] Waits for a lock that is held for a few instructions only.
     virtual void send(std::uint32_t clientId, CPtr<CInterfaceBlock> block) = 0;
-    /// Moves a client's queue to the end of `blocks`. [ui]
+    /// Moves a client's queue, with all that has happened so far, to the end of `blocks`. [ui]
     virtual void takeBlocks(std::uint32_t clientId, CInterfaceBlockList& blocks) = 0;
 
     /// Names the base, borrowed, in place of a former one. [setup]
@@ -53,6 +53,8 @@ protected:
     /// A client comes, or goes; under the lock.
     virtual void onClientAdded(std::uint32_t clientId) = 0;
     virtual void onClientRemoved(std::uint32_t clientId) = 0;
+    /// Has the base put into the queues what waits for a thread that may tell it.
+    void deliverUpdates();
     /// Has the base tell a client anew how all is that it listens to.
     void restoreClient(std::uint32_t clientId);
 

@@ -78,6 +78,7 @@ bool CParamInterfaceBaseConnectorUni::takeQueue(std::uint32_t clientId, CInterfa
 void CParamInterfaceBaseConnectorUni::takeBlocks(std::uint32_t clientId,
                                                  CInterfaceBlockList& blocks)
 {
+    deliverUpdates();
     if (!takeQueue(clientId, blocks))
         return;
     restoreClient(clientId);

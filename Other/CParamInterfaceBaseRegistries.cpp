@@ -1,4 +1,3 @@
-#include "Audio/CAudioParamCollector.h"
 #include "Core/CText.h"
 #include "Other/CInterfaceRecords.h"
 
