@@ -150,6 +150,22 @@ TEST_F(AClient, HearsOfTheMetersLife)
     EXPECT_THAT(viz.takeNotes(), ElementsAre("stop", "slots 0"));
 }
 
+TEST_F(AClient, HearsOfTheMetersEndWhereTheyAreNotAlwaysActive)
+{
+    CObject* project = nullptr;
+    ASSERT_OK(instance->getRoot().findObjectChecked(project, "shared::project"));
+    ASSERT_OK(project->setAttr("is-viz-always-active", CString("false"), true));
+    begin();
+    const CTestClient window(instance->getRoot());
+    CRecordingViz viz;
+    window->setVizProcessor(&viz);
+    ASSERT_OK(window.tick());
+    instance->startProcessing();
+    instance->stopProcessing();
+    ASSERT_OK(window.tick());
+    EXPECT_THAT(viz.takeNotes(), ElementsAre("start", "clear", "stop"));
+}
+
 TEST_F(AClient, HasTheRoutingTakeOverTheHostsNames)
 {
     const CTestClient window(instance->getRoot());
