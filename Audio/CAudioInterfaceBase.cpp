@@ -1,17 +1,26 @@
 #include "Audio/CAudioInterfaceBase.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace tsm {
 
 namespace {
 
 constexpr std::uint32_t kAll = CParamInterfaceBaseConnector::kAllClients;
 constexpr double kUnknownRate = 44100.0;
+// Frames a second: no window is slower, and no meter has to be faster.
+constexpr double kLeastVizRate = 1.0;
+constexpr double kMostVizRate = 1000.0;
 
 } // namespace
 
 void CAudioInterfaceBase::declareClass(CObjectClassInfo& info)
 {
     CParamInterfaceBase::declareClass(info);
+    info.addEvent("listen-viz", &CAudioInterfaceBase::onListenViz);
+    info.addEvent("unlisten-viz", &CAudioInterfaceBase::onUnlistenViz);
+    info.addEvent("request-viz-data", &CAudioInterfaceBase::onRequestVizData);
     info.addEvent("request-export-slot-names", &CAudioInterfaceBase::onRequestExportSlotNames);
     info.addEvent("request-internal-channel-count",
                   &CAudioInterfaceBase::onRequestInternalChannelCount);
@@ -19,6 +28,25 @@ void CAudioInterfaceBase::declareClass(CObjectClassInfo& info)
     info.addEvent("request-io-channel-counts", &CAudioInterfaceBase::onRequestIoChannelCounts);
     info.addEvent("request-sample-rate", &CAudioInterfaceBase::onRequestSampleRate);
     info.addEvent("import-channel-labels", &CAudioInterfaceBase::onImportChannelLabels);
+}
+
+CError* CAudioInterfaceBase::init()
+{
+    TSM_TRY(CParamInterfaceBase::init());
+    viz = dynamic_cast<CAudioInterfaceVizProvider*>(findObject(getAttrString("viz-collector")));
+    return nullptr;
+}
+
+void CAudioInterfaceBase::releaseLinks()
+{
+    CParamInterfaceBase::releaseLinks();
+    dropVizListeners(kAll);
+}
+
+void CAudioInterfaceBase::dropClient(std::uint32_t clientId)
+{
+    CParamInterfaceBase::dropClient(clientId);
+    dropVizListeners(clientId);
 }
 
 void CAudioInterfaceBase::restoreClient(std::uint32_t clientId)
@@ -70,6 +98,74 @@ void CAudioInterfaceBase::tellStopViz()
 void CAudioInterfaceBase::tellClear()
 {
     sendMessage(kAll, "clear-client");
+}
+
+// Meters
+
+CError* CAudioInterfaceBase::onListenViz()
+{
+    std::uint32_t id = 0;
+    CString name;
+    std::int32_t slot = kOwnSlot;
+    TSM_TRY(readFields(getMessage(), id, name, slot));
+    const CLockScope hold(getLock());
+    if (vizListeners.contains(id))
+        return nullptr;
+    CVizRecord& record = vizListeners[id];
+    record.name = name;
+    record.slot = slot;
+    if (viz && slot == kOwnSlot)
+        viz->addVizListener(name);
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::onUnlistenViz()
+{
+    std::uint32_t id = 0;
+    TSM_TRY(readFields(getMessage(), id));
+    const CLockScope hold(getLock());
+    if (const CVizRecord* const record = vizListeners.find(id)) {
+        endVizListener(*record);
+        vizListeners.remove(id);
+    }
+    return nullptr;
+}
+
+// Those of one client, or of all.
+void CAudioInterfaceBase::dropVizListeners(std::uint32_t clientId)
+{
+    const CLockScope hold(getLock());
+    for (auto* entry = vizListeners.first(); entry;) {
+        auto* const next = vizListeners.next(entry);
+        if (clientId == kAll || CParamInterfaceBaseConnector::clientOf(entry->key) == clientId) {
+            endVizListener(entry->value);
+            vizListeners.removeNode(entry);
+        }
+        entry = next;
+    }
+}
+
+void CAudioInterfaceBase::endVizListener(const CVizRecord& record)
+{
+    if (viz && record.slot == kOwnSlot)
+        viz->removeVizListener(record.name);
+}
+
+CError* CAudioInterfaceBase::onRequestVizData()
+{
+    std::uint32_t clientId = 0;
+    double rate = 0.0;
+    TSM_TRY(readFields(getMessage(), clientId, rate));
+    if (!std::isfinite(rate))
+        TSM_FAIL("@tsmstr_CAudioInterfaceBase_requestVizData_InvalidRate Invalid frame rate "
+                 "specified.");
+    if (!viz)
+        return nullptr;
+    CWriteSeqBuffer message;
+    TSM_TRY(writeFields(message, "viz-data"));
+    TSM_TRY(viz->writeStream(message, std::clamp(rate, kLeastVizRate, kMostVizRate)));
+    send(clientId, message);
+    return nullptr;
 }
 
 // Requests

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioInterfaceDataProvider.h"
+#include "Audio/CAudioInterfaceVizProvider.h"
 #include "Other/CParamInterfaceBase.h"
 
 #include <atomic>
@@ -8,10 +9,14 @@
 namespace tsm {
 
 /// The model's end of the parameter interface of a plug-in: also what the host gives, and the
-/// host's gestures. Tag `audio:interface-base`.
+/// host's gestures and the meters. Tag `audio:interface-base`.
 class CAudioInterfaceBase : public CParamInterfaceBase {
 public:
+    /// Finds the collector of the meters' data at the path in `viz-collector`; without one there
+    /// are no data. Errors: those of the base class.
+    [[nodiscard]] CError* init() override;
     static void declareClass(CObjectClassInfo& info);
+    void releaseLinks() override;
 
     /// Names who answers questions about the host; borrowed, null for none. [setup]
     void setDataProvider(CAudioInterfaceDataProvider* newProvider) noexcept
@@ -32,9 +37,13 @@ public:
     /// What was measured so far is void.
     void tellClear();
 
+    void dropClient(std::uint32_t clientId) override;
     void restoreClient(std::uint32_t clientId) override;
 
 protected:
+    [[nodiscard]] virtual CError* onListenViz();
+    [[nodiscard]] virtual CError* onUnlistenViz();
+    [[nodiscard]] virtual CError* onRequestVizData();
     [[nodiscard]] virtual CError* onRequestExportSlotNames();
     [[nodiscard]] virtual CError* onRequestInternalChannelCount();
     [[nodiscard]] virtual CError* onRequestGroupCount();
@@ -46,6 +55,8 @@ protected:
     void endParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element) override;
 
 private:
+    static constexpr std::int32_t kOwnSlot = -1; // this instance's own meters
+
     struct CChannelCounts {
         std::int32_t in = 1;
         std::int32_t out = 1;
@@ -53,6 +64,14 @@ private:
         bool operator==(const CChannelCounts&) const = default;
     };
 
+    /// A client's listening to one meter.
+    struct CVizRecord : CTsmMemAllocator {
+        CString name;
+        std::int32_t slot = kOwnSlot;
+    };
+
+    void dropVizListeners(std::uint32_t clientId);
+    void endVizListener(const CVizRecord& record);
     [[nodiscard]] CChannelCounts readChannelCounts() const;
     void sendIntChannelCount(std::uint32_t clientId);
     void sendGroupCount(std::uint32_t clientId);
@@ -60,6 +79,8 @@ private:
     void sendSampleRate(std::uint32_t clientId);
 
     CAudioInterfaceDataProvider* provider = nullptr;
+    CAudioInterfaceVizProvider* viz = nullptr;
+    CMap<std::uint32_t, CVizRecord> vizListeners; // under the undo lock
     std::atomic<std::uint32_t> sampleRateNumber = 0;
     std::atomic<bool> isVizActive = false;
 };

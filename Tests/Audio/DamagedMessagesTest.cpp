@@ -40,7 +40,8 @@ protected:
         return {name, all.bytes};
     }
     /// Place and shape of a change of group 0; single group, single element as told.
-    static CByteList changeHead(std::uint32_t count, std::uint32_t type, std::uint32_t isSingleGroup)
+    static CByteList changeHead(std::uint32_t count, std::uint32_t type,
+                                std::uint32_t isSingleGroup)
     {
         CByteList list;
         return list.u32(0).u32(0).u32(count).u32(0).u32(1).u32(type).u32(isSingleGroup).u32(0);
@@ -91,9 +92,11 @@ protected:
             message("remove-undo-data", CByteList().u32(kUndo)),
             message("request-undo-history", CByteList().u32(1)),
             message("set-undo-history-pos", CByteList().u32(0)),
-            message("listen-param", CByteList().text("plugin.modMain.bypass-enable").u32(1 << 16 | 9)),
+            message("listen-param",
+                    CByteList().text("plugin.modMain.bypass-enable").u32(1 << 16 | 9)),
             message("unlisten-param", CByteList().u32(1 << 16 | 9)),
-            message("listen-registry", CByteList().text("plugin.param-registry-io").u32(1 << 16 | 9)),
+            message("listen-registry",
+                    CByteList().text("plugin.param-registry-io").u32(1 << 16 | 9)),
             message("unlisten-registry", CByteList().u32(1 << 16 | 9)),
             message("set-current-program", CByteList().u32(programs).u32(2)),
             message("rename-preset", CByteList().u32(programs).u32(2).text("Mine")),
@@ -105,6 +108,10 @@ protected:
             message("activate-default-preset", CByteList().u32(programs)),
             message("exchange-shadow-preset", CByteList().u32(programs)),
             message("update-shadow-preset", CByteList().u32(programs)),
+            message("listen-viz",
+                    CByteList().u32(1 << 16 | 9).text("plugin.modMain.modMeterOut").u32(all)),
+            message("unlisten-viz", CByteList().u32(1 << 16 | 9)),
+            message("request-viz-data", CByteList().u32(1).f64(0x403E000000000000)), // 30.0
             message("request-export-slot-names", CByteList().u32(1)),
             message("request-internal-channel-count", CByteList().u32(1)),
             message("request-group-count", CByteList().u32(1)),
@@ -152,9 +159,9 @@ TEST_F(ADamagedMessage, ChangesNothingWhereverItIsCut)
         const CBytes before = state();
         const std::vector<std::string> steps = history();
         for (std::size_t size = 0; size < message.bytes.size(); ++size)
-            ASSERT_NE(takeMessage(process(CBytes(
-                          message.bytes.begin(),
-                          message.bytes.begin() + static_cast<std::ptrdiff_t>(size)))),
+            ASSERT_NE(takeMessage(process(
+                          CBytes(message.bytes.begin(),
+                                 message.bytes.begin() + static_cast<std::ptrdiff_t>(size)))),
                       "")
                 << size;
         EXPECT_EQ(state(), before);
@@ -216,8 +223,7 @@ TEST_F(ADamagedMessage, SaysWhatIsWrong)
           CRow{message("change-param", type), "Unknown data type 3 encountered"},
           CRow{message("change-param", far), "Invalid element 60000 specified."},
           CRow{message("change-param", group), "Invalid group 32 specified."},
-          CRow{message("reset-param",
-                       CByteList().u32(gain).u32(0).u32(0xFFFFFFF0).u32(0).u32(0)),
+          CRow{message("reset-param", CByteList().u32(gain).u32(0).u32(0xFFFFFFF0).u32(0).u32(0)),
                "Invalid element -16 specified."},
           CRow{message("no-message", CByteList()), "Unknown event 'no-message'."}}) {
         SCOPED_TRACE(row.error);

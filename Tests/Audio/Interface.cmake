@@ -15,6 +15,7 @@ tsm_add_test(tests_interface
         InterfaceRegistriesTest.cpp
         InterfaceStateTest.cpp
         InterfaceThreadsTest.cpp
+        InterfaceVizTest.cpp
     LIBS tsm_product tsm_resources Threads::Threads)
 target_compile_definitions(tests_interface PRIVATE TSM_CLIENT_DOCUMENT="${client_document}")
 add_dependencies(tests_interface interface_client_document)
