@@ -7,6 +7,7 @@
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioParamUndoStep.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/CExclusiveScope.h"
 #include "Audio/CParamListener.h"
 #include "Audio/CParamLists.h"
@@ -15,6 +16,7 @@
 #include "Core/CLog.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CText.h"
+#include "Core/CWorkerThreadPool.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Platform/CFloatControl.h"
 #include "Platform/CThreadId.h"
@@ -108,10 +110,14 @@ CAudioWrapper::CAudioWrapper() = default;
 CAudioWrapper::~CAudioWrapper()
 {
     assert(!isInside);
+    if (interfaceBase)
+        interfaceBase->setDataProvider(nullptr);
     programListener.reset();
     windowSizeListener.reset();
     graph.destroy();
     root.reset();
+    // No sleeping thread outlives the last instance that could need one.
+    CWorkerThreadPool::clearIdleThreads();
 }
 
 CError* CAudioWrapper::init()
@@ -121,7 +127,7 @@ CError* CAudioWrapper::init()
     TSM_TRY(readProject());
     TSM_TRY(resolveObjects());
     params.bind(*paramCollector, switches);
-    TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector));
+    TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector, *vizCollector));
     loadWindowSize();
     if (switches.useWindowResizing)
         watchWindowSize();
@@ -159,6 +165,7 @@ CError* CAudioWrapper::resolveObjects()
     TSM_TRY(root->findObjectChecked(paramCollector, "plugin.param-collector"));
     // The document should have said so; the queue can't do without.
     paramCollector->setEnv(audioEnv);
+    TSM_TRY(root->findObjectChecked(vizCollector, "plugin.viz-collector"));
     TSM_TRY(root->findObjectChecked(interfaceBase, "plugin.interface-base"));
     TSM_TRY(root->findObjectChecked(extParamList, "plugin.ext-param-list"));
     TSM_TRY(root->findObjectChecked(ccTable, "plugin.cctable"));
@@ -226,11 +233,14 @@ void CAudioWrapper::onMainWindowSize()
 void CAudioWrapper::setSampleRate(double rate)
 {
     assert(rate > 0.0);
-    const CLockScope lock(audioEnv->lock);
-    if (rate == audioEnv->sampleRate)
-        return;
-    audioEnv->sampleRate = rate;
-    formatChanged = true;
+    {
+        const CLockScope lock(audioEnv->lock);
+        if (rate == audioEnv->sampleRate)
+            return;
+        audioEnv->sampleRate = rate;
+        formatChanged = true;
+    }
+    interfaceBase->tellSampleRate();
 }
 
 void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
@@ -361,10 +371,26 @@ void CAudioWrapper::endParamEdit(CAudioParam& param, std::int32_t group, std::in
         endEdit(index);
 }
 
+void CAudioWrapper::listHostChannelNames(COwnedArray<CString>& names)
+{
+    const CLockScope lock(routingLock);
+    const CHostChannelNames& host = routing.getChannelNames();
+    for (const COwnedArray<CString>* list : {&host.main, &host.sidechain})
+        for (const CString& name : *list)
+            names.create() = name;
+}
+
 void CAudioWrapper::importChannelLabels(const COwnedArray<CString>& names)
 {
     if (!params.inChannelNames)
         return;
+    COwnedArray<CString> hostNames;
+    if (names.isEmpty()) {
+        listHostChannelNames(hostNames);
+        if (!hostNames.isEmpty())
+            importChannelLabels(hostNames);
+        return;
+    }
     COwnedArray<CString> present;
     {
         const CAudioParamLock lock(*params.inChannelNames);
@@ -410,8 +436,12 @@ bool CAudioWrapper::setRunning(bool run)
 void CAudioWrapper::startProcessing()
 {
     const CFloatControl floatControl;
-    if (setRunning(true))
-        primeGraph();
+    if (!setRunning(true))
+        return;
+    interfaceBase->tellStartViz();
+    if (!switches.isVizAlwaysActive)
+        interfaceBase->tellClear();
+    primeGraph();
 }
 
 void CAudioWrapper::stopProcessing()
@@ -421,6 +451,11 @@ void CAudioWrapper::stopProcessing()
         return;
     primeGraph();
     graph.reset();
+    if (!switches.isVizAlwaysActive)
+        interfaceBase->tellStopViz();
+    vizCollector->reset();
+    if (switches.isVizAlwaysActive)
+        interfaceBase->tellClear();
 }
 
 void CAudioWrapper::settle()
@@ -498,6 +533,7 @@ bool CAudioWrapper::applyFormat()
         channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
         rate = audioEnv->sampleRate;
     }
+    interfaceBase->tellIoChannelCounts();
     graph.publishInput(channelCount, rate);
     return true;
 }
@@ -526,10 +562,14 @@ void CAudioWrapper::takeChanges(bool isBlockStart, int length)
 {
     {
         const CLockScope lock(audioEnv->lock);
-        if (isBlockStart)
+        if (isBlockStart) {
             audioEnv->blockEndTime = length / audioEnv->sampleRate + audioEnv->streamTime;
+            vizCollector->takePending();
+        }
         paramCollector->takeQueue();
     }
+    if (isBlockStart)
+        vizCollector->applyPending();
     paramCollector->applyQueue();
 }
 

@@ -23,6 +23,7 @@ class CAudioEnv;
 class CAudioExtParamList;
 class CAudioInterfaceBase;
 class CAudioParamRegistry;
+class CAudioVizCollector;
 class CInputStream;
 class COutputStream;
 
@@ -114,11 +115,14 @@ public:
     /// Samples for which the sound goes on behind its input. [any]
     [[nodiscard]] int getTailSamples();
 
+    /// The root of the instance's tree, for those who attach clients to it.
+    [[nodiscard]] CObject& getRoot() const noexcept { return *root; }
     [[nodiscard]] CAudioParamCollector& getParamCollector() const noexcept
     {
         return *paramCollector;
     }
     [[nodiscard]] CAudioParamRegistry& getParamRegistry() const noexcept { return *paramRegistry; }
+    [[nodiscard]] CAudioVizCollector& getVizCollector() const noexcept { return *vizCollector; }
     [[nodiscard]] CAudioExtParamList& getExtParamList() const noexcept { return *extParamList; }
     [[nodiscard]] CAudioEnv& getEnvironment() const noexcept { return *audioEnv; }
     [[nodiscard]] const CProductData& getProduct() const noexcept { return product; }
@@ -159,6 +163,7 @@ private:
     void watchWindowSize();
     void onMainWindowSize();
     bool updateWindowSize();
+    void listHostChannelNames(COwnedArray<CString>& names);
     [[nodiscard]] int findExtParam(CAudioParam& param, std::int32_t group,
                                    std::int32_t element) const;
 
@@ -177,6 +182,7 @@ private:
     CObject* audioDefs = nullptr; // shared
     CAudioEnv* audioEnv = nullptr;
     CAudioParamCollector* paramCollector = nullptr;
+    CAudioVizCollector* vizCollector = nullptr;
     CAudioInterfaceBase* interfaceBase = nullptr;
     CAudioExtParamList* extParamList = nullptr;
     CAudioCCTable* ccTable = nullptr;

@@ -5,6 +5,7 @@
 #include "Audio/CAudioExtParam.h"
 #include "Audio/CAudioExtParamList.h"
 #include "Audio/CAudioInterfaceBase.h"
+#include "Audio/CAudioInterfaceClient.h"
 #include "Audio/CAudioParamAllocDef.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
@@ -16,6 +17,7 @@
 #include "Audio/CAudioProcessBypassStateDef.h"
 #include "Audio/CAudioProcessDef.h"
 #include "Audio/CAudioProcessLinkDef.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/Converters/CAudioParamConverterEnum.h"
 #include "Audio/Converters/CAudioParamConverterFreq.h"
 #include "Audio/Converters/CAudioParamConverterGain.h"
@@ -45,7 +47,10 @@
 #include "Core/CResourceEntry.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
+#include "Core/CTimerQueued.h"
 #include "Other/CFileSetObject.h"
+#include "Other/CParamInterfaceBaseConnectorUni.h"
+#include "Other/CParamInterfaceClientConnectorUni.h"
 
 namespace tsm {
 
@@ -55,12 +60,16 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAttrDoubler>("core:attr-doubler"),
     creatorRow<CObject>("core:object"),
     creatorRow<CSharedAttribute>("core:shared-attribute"),
+    creatorRow<CTimerQueued>("core:timer"),
     creatorRow<CFileSetObject>("fileset"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
+    creatorRow<CParamInterfaceBaseConnectorUni>("other:param-interface-base-connector-uni"),
+    creatorRow<CParamInterfaceClientConnectorUni>("other:param-interface-client-connector-uni"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
     creatorRow<CAudioCCTable>("audio:cctable"),
     creatorRow<CAudioInterfaceBase>("audio:interface-base"),
+    creatorRow<CAudioInterfaceClient>("audio:interface-client"),
     creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),
     creatorRow<CAudioParamConverterFreq>("audio:cvt-freq"),
     creatorRow<CAudioParamConverterGain>("audio:cvt-gain"),
@@ -78,6 +87,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioParamRegistry>("audio:param-registry"),
     creatorRow<CAudioParamRemapDef>("audio:param-remap"),
     creatorRow<CAudioParamSharedStorage>("audio:param-shared-storage"),
+    creatorRow<CAudioVizCollector>("audio:viz-collector"),
 
     creatorRow<CAudioFilterFIRLPGen>("audio:fltgen-firlp"),
     creatorRow<CAudioFilterGenArray>("audio:fltgen-array"),

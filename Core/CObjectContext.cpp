@@ -47,4 +47,15 @@ bool CObjectContext::isAlive(std::uint32_t contextId)
     return table.contexts.contains(contextId);
 }
 
+CError* CObjectContext::sendTo(std::uint32_t contextId, const CString& senderName,
+                               const CString& eventName, CAttrMap& params)
+{
+    CContextTable& table = contextTable();
+    const CLockScope scope(table.lock);
+    CObjectContext** context = table.contexts.find(contextId);
+    if (context)
+        TSM_TRY((*context)->events.send(senderName, eventName, params, false));
+    return nullptr;
+}
+
 } // namespace tsm

@@ -25,6 +25,10 @@ public:
 
     /// True while a context of that number exists. [any]
     [[nodiscard]] static bool isAlive(std::uint32_t contextId);
+    /// Sends an event in the name of an object of the context of that number, which can't end
+    /// meanwhile; success when there is none. Errors: those of the event's dispatch. [any]
+    [[nodiscard]] static CError* sendTo(std::uint32_t contextId, const CString& senderName,
+                                        const CString& eventName, CAttrMap& params);
 
 private:
     friend class CLinkSpread;

@@ -1,7 +1,5 @@
 #include "Core/CSharedAttribute.h"
 
-#include "Core/CObjectEventBridge.h"
-
 namespace tsm {
 
 void CSharedAttributeListener::onUpdate(const CUpdateMessage&)
@@ -33,7 +31,7 @@ CError* CSharedAttribute::init()
     if (key.isEmpty())
         key = keyFromName();
     defValue = getAttrString("def-value");
-    prepareDelivery();
+    delivery.prepare(*this, "update");
     listener.attach(store, key);
     TSM_TRY(reloadValue());
     return nullptr;
@@ -44,21 +42,9 @@ CString CSharedAttribute::keyFromName() const
     return getFullName().substring(getFullName().findLast('.') + 1);
 }
 
-void CSharedAttribute::prepareDelivery()
-{
-    CObject* owner = findThreadOwner();
-    bridge = owner ? owner->getEventBridge() : nullptr;
-    delivery.setText("sender", getFullName());
-    delivery.setText("event-name", "update");
-    delivery.setText("listener", getFullName());
-    delivery.setInt("listener-id", getObjectId());
-    delivery.setText("listener-proc", "update");
-}
-
 void CSharedAttribute::deliverUpdate()
 {
-    if (bridge)
-        handleError(bridge->post(delivery));
+    handleError(delivery.post());
 }
 
 CError* CSharedAttribute::onUpdateEvent()

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Core/CAppData.h"
+#include "Core/CBridgedDelivery.h"
 #include "Core/CObject.h"
 
 namespace tsm {
 
-class CObjectEventBridge;
 class CSharedAttribute;
 
 /// Has its owner follow the stored value, on the thread of the owner's tree.
@@ -39,7 +39,6 @@ private:
     friend class CSharedAttributeListener;
 
     [[nodiscard]] CString keyFromName() const;
-    void prepareDelivery();
     void deliverUpdate();
     [[nodiscard]] CError* onUpdateEvent();
 
@@ -47,9 +46,7 @@ private:
     CString attribute;
     CString key;
     CString defValue;
-    // Made once, since a listener's thread may not read the tree.
-    CObjectEventBridge* bridge = nullptr;
-    CAttrMap delivery;
+    CBridgedDelivery delivery;
     CSharedAttributeListener listener; // last: it leaves the store before the rest goes
 };
 

@@ -3,6 +3,7 @@
 #include "Core/CPtr.h"
 #include "Core/CStdEventBridge.h"
 #include "Core/CSystem.h"
+#include "Core/CWorkerThreadPool.h"
 #include "Platform/CCriticalSection.h"
 
 namespace tsm {
@@ -35,8 +36,12 @@ CUIEventBridge::CUIEventBridge(CStdEventBridge& target) : receiver(target)
 CUIEventBridge::~CUIEventBridge()
 {
     CPendingEvents& pending = pendingEvents();
-    const CLockScope scope(pending.lock);
-    pending.bridges.remove(this);
+    {
+        const CLockScope scope(pending.lock);
+        pending.bridges.remove(this);
+    }
+    // The window that needed them may have been the last one.
+    CWorkerThreadPool::clearIdleThreads();
 }
 
 CError* CUIEventBridge::post(const CAttrMap& params)
