@@ -37,6 +37,8 @@ public:
     /// Blocks enough for everything that is under way to end. [audio]
     void settle();
 
+    [[nodiscard]] int getBlockSize() const noexcept { return blockSize; }
+
     // The control side, between blocks
 
     /// Whether the product has a class for that tag of the definition.

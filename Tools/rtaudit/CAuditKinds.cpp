@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kWarmUpRounds = 24;
 constexpr int kCountedRounds = 24;
+constexpr int kActionSamples = 4096; // longer than any crossfade and the latency before it
 
 void nothing(CAuditEngine&, int) {}
 
@@ -155,9 +156,10 @@ void enter(const CAuditEngine& engine, const CAuditCounts& counts, CAuditRow& ro
 
 void runRounds(CAuditEngine& engine, const CAuditKind& kind, CAuditRow& row)
 {
+    const int blocks = std::max(kind.blocksEach, kActionSamples / engine.getBlockSize());
     for (int round = 0; round < kWarmUpRounds + kCountedRounds; ++round) {
         kind.act(engine, round);
-        for (int block = 0; block < kind.blocksEach; ++block) {
+        for (int block = 0; block < blocks; ++block) {
             CAuditCounts counts;
             const bool isCounted = round >= kWarmUpRounds;
             engine.process(isCounted ? &counts : nullptr);

@@ -19,7 +19,7 @@ struct CAuditKind {
     CAction prepare;               // once
     CAction act;                   // before each run of blocks
     std::set<std::string> mayLock; // owners of locks, beside those of hand-overs
-    int blocksEach = 8;            // counted behind each action
+    int blocksEach = 8;            // counted behind each action, or more if they are short
     bool isHeavy = false;          // allowed to allocate: it loads something
     bool isBeside = false;         // a control thread works at the same time
 };
