@@ -1,15 +1,22 @@
 #pragma once
 
 #include "Audio/CAudioInterfaceDataProvider.h"
-#include "Audio/CAudioParamUndo.h"
+#include "Audio/CAudioInterfaceVizProvider.h"
+#include "Other/CParamInterfaceBase.h"
+
+#include <atomic>
 
 namespace tsm {
 
-/// The instance's side of what its windows see and change: the history of edits, and what the host
-/// says. Tag `audio:interface-base`.
-class CAudioInterfaceBase : public CAudioParamUndo {
+/// The model's end of the parameter interface of a plug-in: also what the host gives, and the
+/// host's gestures and the meters. Tag `audio:interface-base`.
+class CAudioInterfaceBase : public CParamInterfaceBase {
 public:
-    static void declareClass(CObjectClassInfo& info) { CAudioParamUndo::declareClass(info); }
+    /// Finds the collector of the meters' data at the path in `viz-collector`; without one there
+    /// are no data. Errors: those of the base class.
+    [[nodiscard]] CError* init() override;
+    static void declareClass(CObjectClassInfo& info);
+    void releaseLinks() override;
 
     /// Names who answers questions about the host; borrowed, null for none. [setup]
     void setDataProvider(CAudioInterfaceDataProvider* newProvider) noexcept
@@ -18,8 +25,64 @@ public:
     }
     [[nodiscard]] CAudioInterfaceDataProvider* getDataProvider() const noexcept { return provider; }
 
+    // What all clients are told. [any] Waits for a queue's lock only, and for the provider.
+
+    /// The host's rate is another one.
+    void tellSampleRate();
+    /// The host has other channels.
+    void tellIoChannelCounts();
+    /// The meters' data begin or end.
+    void tellStartViz();
+    void tellStopViz();
+    /// What was measured so far is void.
+    void tellClear();
+
+    void dropClient(std::uint32_t clientId) override;
+    void restoreClient(std::uint32_t clientId) override;
+
+protected:
+    [[nodiscard]] virtual CError* onListenViz();
+    [[nodiscard]] virtual CError* onUnlistenViz();
+    [[nodiscard]] virtual CError* onRequestVizData();
+    [[nodiscard]] virtual CError* onRequestExportSlotNames();
+    [[nodiscard]] virtual CError* onRequestInternalChannelCount();
+    [[nodiscard]] virtual CError* onRequestGroupCount();
+    [[nodiscard]] virtual CError* onRequestIoChannelCounts();
+    [[nodiscard]] virtual CError* onRequestSampleRate();
+    [[nodiscard]] virtual CError* onImportChannelLabels();
+
+    void beginParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element) override;
+    void endParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element) override;
+
 private:
+    static constexpr std::int32_t kOwnSlot = -1; // this instance's own meters
+
+    struct CChannelCounts {
+        std::int32_t in = 1;
+        std::int32_t out = 1;
+        std::int32_t sidechain = 0;
+        bool operator==(const CChannelCounts&) const = default;
+    };
+
+    /// A client's listening to one meter.
+    struct CVizRecord : CTsmMemAllocator {
+        CString name;
+        std::int32_t slot = kOwnSlot;
+    };
+
+    void dropVizListeners(std::uint32_t clientId);
+    void endVizListener(const CVizRecord& record);
+    [[nodiscard]] CChannelCounts readChannelCounts() const;
+    void sendIntChannelCount(std::uint32_t clientId);
+    void sendGroupCount(std::uint32_t clientId);
+    void sendIoChannelCounts(std::uint32_t clientId);
+    void sendSampleRate(std::uint32_t clientId);
+
     CAudioInterfaceDataProvider* provider = nullptr;
+    CAudioInterfaceVizProvider* viz = nullptr;
+    CMap<std::uint32_t, CVizRecord> vizListeners; // under the undo lock
+    std::atomic<std::uint32_t> sampleRateNumber = 0;
+    std::atomic<bool> isVizActive = false;
 };
 
 } // namespace tsm

@@ -26,7 +26,7 @@ public:
     /// A gesture on one value of a parameter begins or ends. [ui]
     virtual void beginParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element) = 0;
     virtual void endParamEdit(CAudioParam& param, std::int32_t group, std::int32_t element) = 0;
-    /// Takes over the names of the channels. [ui]
+    /// Takes over the names of the channels; without any, those that the host gives them. [ui]
     virtual void importChannelLabels(const COwnedArray<CString>& names) = 0;
 
 protected:

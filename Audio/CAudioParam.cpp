@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <utility>
 
 namespace tsm {
@@ -173,6 +174,28 @@ void CAudioParam::reset(std::int32_t group, std::int32_t element, const void* so
     collector.queueRecords(own);
 }
 
+void CAudioParam::resetToFirst(std::int32_t group, const void* source, CAudioParamContext* context)
+{
+    CAudioParamLock hold(*this);
+    if (!info.load())
+        return;
+    const int held = values.getElementCount(group == kAllParamGroups ? 0 : group);
+    CAudioParamChange first;
+    initial.copyElement(group, 0, first);
+    CAudioParamChange change(first);
+    for (int i = 1; i < std::max(held, initial.getFallbackCount()); ++i) {
+        for (const double value : first.values) {
+            const CAudioParamDataItem* item = first.data.findValue(value);
+            change.values.add(item ? change.data.add(CPtr<CAudioParamDataItem>(item->clone()))
+                                   : value);
+        }
+        change.elementCount += first.elementCount;
+    }
+    change.group = group;
+    change.complete = true;
+    applyChange(change, source, context);
+}
+
 bool CAudioParam::applyChange(CAudioParamChange& change, const void* source,
                               CAudioParamContext* context)
 {
@@ -327,7 +350,8 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
     TSM_TRY(values.load(stream, isForAll ? -1 : group, name, changes));
     if (changes.isEmpty())
         return nullptr;
-    clampToLimits(changes);
+    for (CAudioParamChange& change : changes)
+        clampToLimits(change);
     CAudioParamBatch own;
     CAudioParamContext local = context ? *context : CAudioParamContext();
     if (!local.batch)
@@ -347,17 +371,20 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
 }
 
 // A damaged number would reach the loudspeakers as it is.
-void CAudioParam::clampToLimits(COwnedArray<CAudioParamChange>& changes) const
+void CAudioParam::clampToLimits(CAudioParamChange& change) const
 {
     const CAudioParamInfo& present = *info.load();
+    const std::int32_t size = present.shape.elementSize;
     if (present.shape.dataType != EAudioParamType::Number)
         return;
-    for (CAudioParamChange& change : changes)
-        for (int i = 0; i < change.values.getCount(); ++i) {
-            const auto [low, high] = std::minmax(present.minValues[i % present.shape.elementSize],
-                                                 present.maxValues[i % present.shape.elementSize]);
-            change.values[i] = std::clamp(change.values[i], low, high);
-        }
+    for (int i = 0; i < change.values.getCount(); ++i) {
+        double& number = change.values[i];
+        const auto [low, high] =
+            std::minmax(present.minValues[i % size], present.maxValues[i % size]);
+        if (!std::isfinite(number))
+            number = values.value(change.group, change.firstElement + i / size, low, i % size);
+        number = std::clamp(number, low, high);
+    }
 }
 
 void CAudioParam::addListener(CParamListener& listener)

@@ -63,6 +63,9 @@ public:
     /// Back to the defaults: one element (-1: all) of one group, or of all groups.
     void reset(std::int32_t group, std::int32_t element, const void* source = nullptr,
                CAudioParamContext* context = nullptr);
+    /// All elements of one group, or of all groups, to the default of the first.
+    void resetToFirst(std::int32_t group, const void* source = nullptr,
+                      CAudioParamContext* context = nullptr);
     /// Makes a change as it stands. An invalid one, or one of another shape, is ignored. The
     /// change is used up. Tells whether it was made.
     bool applyChange(CAudioParamChange& change, const void* source = nullptr,
@@ -83,6 +86,9 @@ public:
     /// Writes the values, all groups or one.
     [[nodiscard]] CError* saveValues(COutputStream& stream) const;
     [[nodiscard]] CError* saveValues(COutputStream& stream, std::int32_t group) const;
+    /// Brings a change's numbers inside the limits, and those that aren't finite to what the values
+    /// read; for those who hold the lock. The change is valid and of this shape.
+    void clampToLimits(CAudioParamChange& change) const;
     /// Replaces the values, of all groups (kAllParamGroups) or of one, by saved ones; a group that
     /// was held and isn't saved is emptied; numbers are brought inside the limits. See
     /// CAudioParamStorage::load for what doesn't fit. On an error nothing has changed.
@@ -141,7 +147,6 @@ private:
     void addRecord(CAudioParamChange& change, CAudioParamBatch& batch);
     void addAllRecords(CAudioParamBatch& batch);
     void runFilters(const CAudioParamChange& change, CAudioParamContext& context);
-    void clampToLimits(COwnedArray<CAudioParamChange>& changes) const;
     void setItem(std::int32_t group, std::int32_t element, CPtr<CAudioParamDataItem> item,
                  const void* source, CAudioParamContext* context);
 

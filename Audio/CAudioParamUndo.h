@@ -34,8 +34,11 @@ public:
     [[nodiscard]] std::int32_t getMaxCount() const noexcept { return maxCount; }
 
 protected:
-    /// The list or the place in it is another one; no lock is held.
+    /// The list or the place in it is another one. The undo lock isn't held.
     virtual void onHistoryChanged() {}
+    /// What derived classes keep beside the history, this lock guards too.
+    [[nodiscard]] CCriticalSection& getLock() const noexcept { return lock; }
+    [[nodiscard]] CAudioParamCollector& getCollector() const noexcept { return *collector; }
 
 private:
     CTarget<CAudioParamCollector*> collector;

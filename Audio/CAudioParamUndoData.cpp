@@ -6,6 +6,12 @@
 
 namespace tsm {
 
+namespace {
+
+constexpr std::int32_t kEditGroups = 256; // a gesture's key is element * 256 + group
+
+} // namespace
+
 CAudioParamUndoData::CAudioParamUndoData(const CAudioParamUndoData& other)
     : CAudioParamUndoRecorder(), CTsmMemAllocator(), name(other.name),
       isMergeable(other.isMergeable), mergeId(other.mergeId)
@@ -37,6 +43,40 @@ void CAudioParamUndoData::recordAfter(const CString& paramName, std::int32_t gro
     CAudioParamUndoItem* const item = entry ? entry->find(group) : nullptr;
     if (item)
         item->takeAfter(storage, asEmpty);
+}
+
+void CAudioParamUndoData::beginEdits(CAudioParam& param, const CAudioParamChange& change,
+                                     CArray<CAudioParamEdit>& begun)
+{
+    const std::int32_t group = change.group == kAllParamGroups ? 0 : change.group;
+    CAudioParamUndoEntry*& entry = params[param.getName()];
+    if (!entry)
+        entry = new CAudioParamUndoEntry;
+    for (int i = 0; i < change.elementCount; ++i) {
+        const std::int32_t element = change.firstElement + i;
+        CAudioParam*& edited =
+            entry->editedElements[static_cast<std::uint32_t>(element * kEditGroups + group)];
+        if (!edited)
+            begun.add({&param, group, element});
+        edited = &param;
+    }
+}
+
+void CAudioParamUndoData::takeEdits(CArray<CAudioParamEdit>& edits)
+{
+    for (auto* entry = params.first(); entry;) {
+        auto* const next = params.next(entry);
+        for (const auto& edit : entry->value->editedElements) {
+            const auto place = static_cast<std::int32_t>(edit.key);
+            edits.add({edit.value, place % kEditGroups, place / kEditGroups});
+        }
+        entry->value->editedElements.clear();
+        if (entry->value->items.isEmpty()) {
+            delete entry->value;
+            params.removeNode(entry);
+        }
+        entry = next;
+    }
 }
 
 bool CAudioParamUndoData::isEmpty() const noexcept

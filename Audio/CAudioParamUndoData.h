@@ -8,6 +8,13 @@ namespace tsm {
 
 class CAudioParamCollector;
 
+/// One value of a parameter on which a gesture is open towards the host.
+struct CAudioParamEdit {
+    CAudioParam* param;
+    std::int32_t group;
+    std::int32_t element;
+};
+
 /// One step that can be taken back, by a name that the user sees. While it is open it records the
 /// changes whose context it stands in; it belongs to the thread that makes them.
 ///
@@ -33,6 +40,13 @@ public:
     /// Gives the parameters the values of one side, in one change for the engine. Leaves no trace
     /// in any step.
     void apply(CAudioParamCollector& collector, bool isRedo) const;
+
+    /// Notes gestures on the elements of a change, which is valid and in normal form, and appends
+    /// those that are new to `begun`. A change of all groups counts as one of the first.
+    void beginEdits(CAudioParam& param, const CAudioParamChange& change,
+                    CArray<CAudioParamEdit>& begun);
+    /// Hands out all open gestures and forgets them, and parameters of which nothing else is kept.
+    void takeEdits(CArray<CAudioParamEdit>& edits);
 
     CString name;
     bool isMergeable = false;

@@ -109,6 +109,8 @@ CAudioWrapper::CAudioWrapper() = default;
 CAudioWrapper::~CAudioWrapper()
 {
     assert(!isInside);
+    if (interfaceBase)
+        interfaceBase->setDataProvider(nullptr);
     programListener.reset();
     windowSizeListener.reset();
     graph.destroy();
@@ -229,11 +231,14 @@ void CAudioWrapper::onMainWindowSize()
 void CAudioWrapper::setSampleRate(double rate)
 {
     assert(rate > 0.0);
-    const CLockScope lock(audioEnv->lock);
-    if (rate == audioEnv->sampleRate)
-        return;
-    audioEnv->sampleRate = rate;
-    formatChanged = true;
+    {
+        const CLockScope lock(audioEnv->lock);
+        if (rate == audioEnv->sampleRate)
+            return;
+        audioEnv->sampleRate = rate;
+        formatChanged = true;
+    }
+    interfaceBase->tellSampleRate();
 }
 
 void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
@@ -364,10 +369,26 @@ void CAudioWrapper::endParamEdit(CAudioParam& param, std::int32_t group, std::in
         endEdit(index);
 }
 
+void CAudioWrapper::listHostChannelNames(COwnedArray<CString>& names)
+{
+    const CLockScope lock(routingLock);
+    const CHostChannelNames& host = routing.getChannelNames();
+    for (const COwnedArray<CString>* list : {&host.main, &host.sidechain})
+        for (const CString& name : *list)
+            names.create() = name;
+}
+
 void CAudioWrapper::importChannelLabels(const COwnedArray<CString>& names)
 {
     if (!params.inChannelNames)
         return;
+    COwnedArray<CString> hostNames;
+    if (names.isEmpty()) {
+        listHostChannelNames(hostNames);
+        if (!hostNames.isEmpty())
+            importChannelLabels(hostNames);
+        return;
+    }
     COwnedArray<CString> present;
     {
         const CAudioParamLock lock(*params.inChannelNames);
@@ -413,8 +434,12 @@ bool CAudioWrapper::setRunning(bool run)
 void CAudioWrapper::startProcessing()
 {
     const CFloatControl floatControl;
-    if (setRunning(true))
-        primeGraph();
+    if (!setRunning(true))
+        return;
+    interfaceBase->tellStartViz();
+    if (!switches.isVizAlwaysActive)
+        interfaceBase->tellClear();
+    primeGraph();
 }
 
 void CAudioWrapper::stopProcessing()
@@ -424,6 +449,10 @@ void CAudioWrapper::stopProcessing()
         return;
     primeGraph();
     graph.reset();
+    if (switches.isVizAlwaysActive)
+        interfaceBase->tellClear();
+    else
+        interfaceBase->tellStopViz();
 }
 
 void CAudioWrapper::settle()
@@ -501,6 +530,7 @@ bool CAudioWrapper::applyFormat()
         channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
         rate = audioEnv->sampleRate;
     }
+    interfaceBase->tellIoChannelCounts();
     graph.publishInput(channelCount, rate);
     return true;
 }

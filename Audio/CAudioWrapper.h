@@ -114,6 +114,8 @@ public:
     /// Samples for which the sound goes on behind its input. [any]
     [[nodiscard]] int getTailSamples();
 
+    /// The root of the instance's tree, for those who attach clients to it.
+    [[nodiscard]] CObject& getRoot() const noexcept { return *root; }
     [[nodiscard]] CAudioParamCollector& getParamCollector() const noexcept
     {
         return *paramCollector;
@@ -159,6 +161,7 @@ private:
     void watchWindowSize();
     void onMainWindowSize();
     bool updateWindowSize();
+    void listHostChannelNames(COwnedArray<CString>& names);
     [[nodiscard]] int findExtParam(CAudioParam& param, std::int32_t group,
                                    std::int32_t element) const;
 

@@ -14,6 +14,7 @@ public:
 
     /// The channels of the host's present format. [control]
     void setChannelNames(CHostChannelNames&& names) { host = std::move(names); }
+    [[nodiscard]] const CHostChannelNames& getChannelNames() const noexcept { return host; }
     /// Rewrites the parameters, in one transaction: the caller's, or one of its own. Nothing
     /// happens before the first forced call, which says that the host has chosen a format.
     /// [control]

@@ -5,6 +5,7 @@
 #include "Audio/CAudioExtParam.h"
 #include "Audio/CAudioExtParamList.h"
 #include "Audio/CAudioInterfaceBase.h"
+#include "Audio/CAudioInterfaceClient.h"
 #include "Audio/CAudioParamAllocDef.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
@@ -41,6 +42,8 @@
 #include "Core/CSharedAttribute.h"
 #include "Core/CStdEventBridge.h"
 #include "Core/CTimerQueued.h"
+#include "Other/CParamInterfaceBaseConnectorUni.h"
+#include "Other/CParamInterfaceClientConnectorUni.h"
 
 namespace tsm {
 
@@ -52,10 +55,13 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CSharedAttribute>("core:shared-attribute"),
     creatorRow<CTimerQueued>("core:timer"),
     creatorRow<CStdEventBridge>("ui:ui-event-bridge"),
+    creatorRow<CParamInterfaceBaseConnectorUni>("other:param-interface-base-connector-uni"),
+    creatorRow<CParamInterfaceClientConnectorUni>("other:param-interface-client-connector-uni"),
 
     creatorRow<CAudioEnv>("audio:audio-env"),
     creatorRow<CAudioCCTable>("audio:cctable"),
     creatorRow<CAudioInterfaceBase>("audio:interface-base"),
+    creatorRow<CAudioInterfaceClient>("audio:interface-client"),
     creatorRow<CAudioParamConverterEnum>("audio:cvt-enum"),
     creatorRow<CAudioParamConverterFreq>("audio:cvt-freq"),
     creatorRow<CAudioParamConverterGain>("audio:cvt-gain"),

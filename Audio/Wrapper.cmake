@@ -12,7 +12,7 @@ add_library(tsm_wrapper STATIC
     CWrapperGraph.cpp
     CWrapperParams.cpp
     CWrapperSettings.cpp)
-target_link_libraries(tsm_wrapper PUBLIC tsm_processes tsm_registry)
+target_link_libraries(tsm_wrapper PUBLIC tsm_processes tsm_interface)
 
 # The product: what its definition documents create, and the documents.
 add_library(tsm_product STATIC ProductCreators.cpp)

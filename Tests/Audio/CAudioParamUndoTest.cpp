@@ -72,9 +72,10 @@ TEST_F(AnUndoHistory, HoldsAsManyStepsAsItMay)
     };
     for (const CRow& row : {CRow{"-3", 4}, CRow{"3", 4}, CRow{"4", 4}, CRow{"5", 5}}) {
         SCOPED_TRACE(row.attribute);
-        ASSERT_OK(create(
-            undo, *plugin, "audio:interface-base", "another",
-            {{"param-collector", "plugin.param-collector"}, {"undo-count-max", row.attribute}}));
+        ASSERT_OK(create(undo, *plugin, "audio:interface-base", "another",
+                         {{"param-collector", "plugin.param-collector"},
+                          {"base-connector", "^interface-base-connector"},
+                          {"undo-count-max", row.attribute}}));
         for (int i = 1; i <= 9; ++i)
             edit(*gain, i, std::to_string(i).c_str());
         const auto names = steps();

@@ -3,6 +3,7 @@
 #include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CRegistryListener.h"
+#include "Other/CParamInterfaceBaseConnectorUni.h"
 #include "Tests/Support/CParamTree.h"
 
 #include <map>
@@ -20,10 +21,14 @@ protected:
             application->registerCreator(creatorRow<CAudioInterfaceBase>("audio:interface-base")));
         ASSERT_OK(
             application->registerCreator(creatorRow<CAudioParamRegistry>("audio:param-registry")));
+        ASSERT_OK(application->registerCreator(
+            creatorRow<CParamInterfaceBaseConnectorUni>("test:base-connector")));
         plugin = root->findObject("plugin");
-        ASSERT_OK(
-            create(undo, *plugin, "audio:interface-base", "interface-base",
-                   {{"param-collector", "plugin.param-collector"}, {"undo-count-max", "32"}}));
+        make(*plugin, "test:base-connector", "interface-base-connector");
+        ASSERT_OK(create(undo, *plugin, "audio:interface-base", "interface-base",
+                         {{"param-collector", "plugin.param-collector"},
+                          {"base-connector", "^interface-base-connector"},
+                          {"undo-count-max", "32"}}));
         gain = &param("gain", {{"def-values", "50"}});
         mode = &param("mode", {{"is-single-group", "true"}, {"is-single-element", "true"}});
         labels = &param("io.labels",

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Other/CParamInterfaceClientConnector.h"
+
+namespace tsm {
+
+/// The connector of a client in the same process, which fetches its blocks at the ticks of a timer.
+/// Tag `other:param-interface-client-connector-uni`.
+///
+/// Attributes: `base-connector`, seen from the tree whose root the own root's
+/// `BaseConnectorRootPtr` points to (the address of a CObject*), else from the own one;
+/// `timer-tag`, what makes the timer, an object with the attribute `fps` and the event `tick`;
+/// `fps`, its ticks a second.
+class CParamInterfaceClientConnectorUni : public CParamInterfaceClientConnector {
+public:
+    /// Errors: no connector at the path.
+    [[nodiscard]] CError* init() override;
+    static void declareClass(CObjectClassInfo& info);
+    void removeChild(CObject& child) override;
+
+private:
+    [[nodiscard]] CObject& findBaseRoot() const;
+    [[nodiscard]] CError* onFps(CAttrValue& value);
+    [[nodiscard]] CError* onTimer();
+
+    CObject* timer = nullptr;
+};
+
+} // namespace tsm
