@@ -20,7 +20,7 @@ struct CAuditKind {
     CAction act;                   // before each run of blocks
     std::set<std::string> mayLock; // owners of locks, beside those of hand-overs
     int blocksEach = 8;            // counted behind each action, or more if they are short
-    bool isHeavy = false;          // allowed to allocate: it loads something
+    bool isHeavy = false;          // it loads something, and may allocate and take locks
     bool isBeside = false;         // a control thread works at the same time
 };
 

@@ -1,0 +1,118 @@
+#include "Tests/Tools/Support/CToolCommand.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace tsm {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class MonitorCommand : public testing::Test {
+protected:
+    void SetUp() override { command.writeSound("in.wav", makeMusic(44100, 2, 22050)); }
+    CCommandResult run(std::vector<std::string> args) const
+    {
+        args.insert(args.begin(), "in.wav");
+        return command.run(args);
+    }
+    /// The lines of a text that hold one of these words, without the time.
+    static std::vector<std::string> linesWith(const std::string& text,
+                                              const std::vector<std::string>& words)
+    {
+        std::vector<std::string> lines;
+        std::istringstream stream(text);
+        for (std::string line; std::getline(stream, line);)
+            if (std::any_of(words.begin(), words.end(), [&](const std::string& word) {
+                    return line.find(word) != std::string::npos;
+                }))
+                lines.push_back(line.substr(line.find(' ') + 1));
+        return lines;
+    }
+
+    CToolCommand command{TSM_MONITOR_BINARY};
+};
+
+TEST_F(MonitorCommand, RefusesWithOneLineAndLeavesNothing)
+{
+    const auto before = command.listFiles();
+    struct CRow {
+        std::vector<std::string> args;
+        const char* message;
+    };
+    for (const CRow& row :
+         std::vector<CRow>{{{"--fps", "0"}, "--fps"},
+                           {{"--set", "nothing"}, "NAME=TEXT"},
+                           {{"--set", "modReelpath.gain=1"}, "modReelpath.gain"},
+                           {{"--script", "absent"}, "absent"},
+                           {{"--do", "soon undo"}, "time"},
+                           {{"--fast", "--do", "0 set absent 1"}, "absent"},
+                           {{"--fast", "--do", "0 set modReelpath.recgain loud"}, "loud"},
+                           {{"--fast", "--do", "0 preset None Such"}, "None Such"},
+                           {{"--fast", "--csv", "absent/out.csv"}, "absent/out.csv"}}) {
+        const CCommandResult result = run(row.args);
+        SCOPED_TRACE(row.message);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.err, HasSubstr(row.message));
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+    EXPECT_EQ(command.run({"absent.wav"}).status, 2);
+    EXPECT_EQ(command.run({}).status, 2);
+    EXPECT_EQ(command.listFiles(), before);
+}
+
+TEST_F(MonitorCommand, IsSilentWithoutATerminal)
+{
+    const CCommandResult result = run({"--fast"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+}
+
+TEST_F(MonitorCommand, SendsAScriptAsMessagesAndHearsWhatBecameOfIt)
+{
+    command.writeBytes("script", "0.1 gesture modReelpath.recgain 3 6\n"
+                                 "0.2 undo\n"
+                                 "0.25 redo\n"
+                                 "0.3 ab\n"
+                                 "0.35 preset Drum Saturator\n");
+    const CCommandResult result = run({"--fast", "--messages", "--script", "script"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string start = "\"Undo history start\"";
+    const std::string gain = start + ", \"Recording gain change\"";
+    EXPECT_THAT(linesWith(result.out, {"undo", "exchange", "activate"}),
+                ElementsAre("> request-undo-history 1", "< update-undo-history 0 [" + start + "]",
+                            "> create-undo-data 65537 \"Recording gain change\" 0 -1",
+                            "> submit-undo-data 65537 \"\"",
+                            "< update-undo-history 1 [" + gain + "]", "> set-undo-history-pos 0",
+                            "< update-undo-history 0 [" + gain + "]", "> set-undo-history-pos 1",
+                            "< update-undo-history 1 [" + gain + "]",
+                            "> exchange-shadow-preset 65537", HasSubstr("update-undo-history"),
+                            "> activate-factory-preset 65537 1", HasSubstr("ROM preset activate")));
+    // 3 dB and 6 dB there, and back in the echo.
+    const auto changes = linesWith(result.out, {": 1.41253754", ": 1.99526231"});
+    ASSERT_GE(changes.size(), 4u);
+    EXPECT_THAT(changes[0], testing::StartsWith("> change-param"));
+    EXPECT_THAT(changes[1], testing::StartsWith("> change-param"));
+    EXPECT_THAT(changes[2], testing::StartsWith("< update-param"));
+    EXPECT_THAT(result.out, testing::Not(HasSubstr("damaged")));
+    EXPECT_EQ(run({"--fast", "--messages", "--script", "script"}).out, result.out);
+}
+
+TEST_F(MonitorCommand, PlaysInTimeWithTheTimersFrames)
+{
+    const CCommandResult result =
+        run({"--messages", "--fps", "20", "--do", "0.2 set modReelpath.recgain 3"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto requests = linesWith(result.out, {"request-viz-data"});
+    EXPECT_GE(requests.size(), 4u);
+    EXPECT_LE(requests.size(), 12u); // ten, and the last
+    EXPECT_EQ(requests[0], "> request-viz-data 1 20");
+    EXPECT_EQ(linesWith(result.out, {"Recording gain change\"]"}).size(), 1u);
+}
+
+} // namespace
+} // namespace tsm
