@@ -18,7 +18,7 @@ constexpr int kActionSamples = 4096; // longer than any crossfade and the latenc
 void nothing(CAuditEngine&, int) {}
 
 /// Values of a parameter in turn, as a user's edit.
-CAuditKind::CAction setting(const char* name, std::vector<double> values)
+CAuditKind::CAction setting(const char* name, const std::vector<double>& values)
 {
     return [name, values](CAuditEngine& engine, int round) {
         engine.set(name, values[static_cast<std::size_t>(round) % values.size()]);
@@ -26,7 +26,7 @@ CAuditKind::CAction setting(const char* name, std::vector<double> values)
 }
 
 /// Values in turn, as automation.
-CAuditKind::CAction automating(const char* name, std::vector<double> values)
+CAuditKind::CAction automating(const char* name, const std::vector<double>& values)
 {
     return [name, values](CAuditEngine& engine, int round) {
         engine.queue(name, values[static_cast<std::size_t>(round) % values.size()]);
