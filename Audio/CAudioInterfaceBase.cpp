@@ -1,7 +1,8 @@
 #include "Audio/CAudioInterfaceBase.h"
 
+#include "Audio/CAudioVizCollector.h"
+
 #include <algorithm>
-#include <cmath>
 
 namespace tsm {
 
@@ -33,7 +34,8 @@ void CAudioInterfaceBase::declareClass(CObjectClassInfo& info)
 CError* CAudioInterfaceBase::init()
 {
     TSM_TRY(CParamInterfaceBase::init());
-    viz = dynamic_cast<CAudioInterfaceVizProvider*>(findObject(getAttrString("viz-collector")));
+    if (!getAttrString("viz-collector").isEmpty())
+        TSM_TRY(findObjectByAttr(viz, "viz-collector"));
     return nullptr;
 }
 
@@ -108,14 +110,18 @@ CError* CAudioInterfaceBase::onListenViz()
     CString name;
     std::int32_t slot = kOwnSlot;
     TSM_TRY(readFields(getMessage(), id, name, slot));
+    // A new source makes a parameter, of which others hear behind the lock.
+    const CAudioParamHold updates(getCollector());
     const CLockScope hold(getLock());
     if (vizListeners.contains(id))
         return nullptr;
     CVizRecord& record = vizListeners[id];
     record.name = name;
     record.slot = slot;
-    if (viz && slot == kOwnSlot)
-        viz->addVizListener(name);
+    if (!viz || slot != kOwnSlot)
+        return nullptr;
+    record.source = &viz->getSource(name);
+    viz->addListener(*record.source);
     return nullptr;
 }
 
@@ -145,10 +151,10 @@ void CAudioInterfaceBase::dropVizListeners(std::uint32_t clientId)
     }
 }
 
-void CAudioInterfaceBase::endVizListener(const CVizRecord& record)
+void CAudioInterfaceBase::endVizListener(const CVizRecord& record) const
 {
-    if (viz && record.slot == kOwnSlot)
-        viz->removeVizListener(record.name);
+    if (record.source)
+        viz->removeListener(*record.source);
 }
 
 CError* CAudioInterfaceBase::onRequestVizData()
@@ -156,14 +162,13 @@ CError* CAudioInterfaceBase::onRequestVizData()
     std::uint32_t clientId = 0;
     double rate = 0.0;
     TSM_TRY(readFields(getMessage(), clientId, rate));
-    if (!std::isfinite(rate))
-        TSM_FAIL("@tsmstr_CAudioInterfaceBase_requestVizData_InvalidRate Invalid frame rate "
-                 "specified.");
     if (!viz)
         return nullptr;
     CWriteSeqBuffer message;
     TSM_TRY(writeFields(message, "viz-data"));
-    TSM_TRY(viz->writeStream(message, std::clamp(rate, kLeastVizRate, kMostVizRate)));
+    if (rate > 0.0)
+        rate = std::clamp(rate, kLeastVizRate, kMostVizRate);
+    TSM_TRY(viz->writeStream(message, rate));
     send(clientId, message);
     return nullptr;
 }

@@ -1,19 +1,21 @@
 #pragma once
 
 #include "Audio/CAudioInterfaceDataProvider.h"
-#include "Audio/CAudioInterfaceVizProvider.h"
 #include "Other/CParamInterfaceBase.h"
 
 #include <atomic>
 
 namespace tsm {
 
+class CAudioVizCollector;
+class CAudioVizSource;
+
 /// The model's end of the parameter interface of a plug-in: also what the host gives, and the
 /// host's gestures and the meters. Tag `audio:interface-base`.
 class CAudioInterfaceBase : public CParamInterfaceBase {
 public:
-    /// Finds the collector of the meters' data at the path in `viz-collector`; without one there
-    /// are no data. Errors: those of the base class.
+    /// Finds the collector of the meters' data at the path in `viz-collector`; an empty path is for
+    /// instances without meters. Errors: none there, those of the base class.
     [[nodiscard]] CError* init() override;
     static void declareClass(CObjectClassInfo& info);
     void releaseLinks() override;
@@ -66,12 +68,13 @@ private:
 
     /// A client's listening to one meter.
     struct CVizRecord : CTsmMemAllocator {
+        CAudioVizSource* source = nullptr; // null with the slot of another instance
         CString name;
         std::int32_t slot = kOwnSlot;
     };
 
     void dropVizListeners(std::uint32_t clientId);
-    void endVizListener(const CVizRecord& record);
+    void endVizListener(const CVizRecord& record) const;
     [[nodiscard]] CChannelCounts readChannelCounts() const;
     void sendIntChannelCount(std::uint32_t clientId);
     void sendGroupCount(std::uint32_t clientId);
@@ -79,7 +82,7 @@ private:
     void sendSampleRate(std::uint32_t clientId);
 
     CAudioInterfaceDataProvider* provider = nullptr;
-    CAudioInterfaceVizProvider* viz = nullptr;
+    CTarget<CAudioVizCollector*> viz;
     CMap<std::uint32_t, CVizRecord> vizListeners; // under the undo lock
     std::atomic<std::uint32_t> sampleRateNumber = 0;
     std::atomic<bool> isVizActive = false;

@@ -5,12 +5,14 @@ namespace tsm {
 class CAudioBlockPool;
 class CAudioEnv;
 class CAudioParamCollector;
+class CAudioVizCollector;
 
 /// What all processes of one plug-in instance work with; borrowed, it outlives them.
 struct CAudioProcessContext {
     CAudioEnv* env = nullptr;
     CAudioParamCollector* collector = nullptr;
     CAudioBlockPool* pool = nullptr;
+    CAudioVizCollector* vizCollector = nullptr; // null: nobody can watch
 };
 
 /// Where a new process stands.

@@ -7,6 +7,7 @@
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioParamUndoStep.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/CExclusiveScope.h"
 #include "Audio/CParamListener.h"
 #include "Audio/CParamLists.h"
@@ -126,7 +127,7 @@ CError* CAudioWrapper::init()
     TSM_TRY(readProject());
     TSM_TRY(resolveObjects());
     params.bind(*paramCollector, switches);
-    TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector));
+    TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector, *vizCollector));
     loadWindowSize();
     if (switches.useWindowResizing)
         watchWindowSize();
@@ -164,6 +165,7 @@ CError* CAudioWrapper::resolveObjects()
     TSM_TRY(root->findObjectChecked(paramCollector, "plugin.param-collector"));
     // The document should have said so; the queue can't do without.
     paramCollector->setEnv(audioEnv);
+    TSM_TRY(root->findObjectChecked(vizCollector, "plugin.viz-collector"));
     TSM_TRY(root->findObjectChecked(interfaceBase, "plugin.interface-base"));
     TSM_TRY(root->findObjectChecked(extParamList, "plugin.ext-param-list"));
     TSM_TRY(root->findObjectChecked(ccTable, "plugin.cctable"));
@@ -449,10 +451,11 @@ void CAudioWrapper::stopProcessing()
         return;
     primeGraph();
     graph.reset();
+    if (!switches.isVizAlwaysActive)
+        interfaceBase->tellStopViz();
+    vizCollector->reset();
     if (switches.isVizAlwaysActive)
         interfaceBase->tellClear();
-    else
-        interfaceBase->tellStopViz();
 }
 
 void CAudioWrapper::settle()
@@ -559,10 +562,14 @@ void CAudioWrapper::takeChanges(bool isBlockStart, int length)
 {
     {
         const CLockScope lock(audioEnv->lock);
-        if (isBlockStart)
+        if (isBlockStart) {
             audioEnv->blockEndTime = length / audioEnv->sampleRate + audioEnv->streamTime;
+            vizCollector->takePending();
+        }
         paramCollector->takeQueue();
     }
+    if (isBlockStart)
+        vizCollector->applyPending();
     paramCollector->applyQueue();
 }
 

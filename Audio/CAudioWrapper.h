@@ -23,6 +23,7 @@ class CAudioEnv;
 class CAudioExtParamList;
 class CAudioInterfaceBase;
 class CAudioParamRegistry;
+class CAudioVizCollector;
 class CInputStream;
 class COutputStream;
 
@@ -121,6 +122,7 @@ public:
         return *paramCollector;
     }
     [[nodiscard]] CAudioParamRegistry& getParamRegistry() const noexcept { return *paramRegistry; }
+    [[nodiscard]] CAudioVizCollector& getVizCollector() const noexcept { return *vizCollector; }
     [[nodiscard]] CAudioExtParamList& getExtParamList() const noexcept { return *extParamList; }
     [[nodiscard]] CAudioEnv& getEnvironment() const noexcept { return *audioEnv; }
     [[nodiscard]] const CProductData& getProduct() const noexcept { return product; }
@@ -180,6 +182,7 @@ private:
     CObject* audioDefs = nullptr; // shared
     CAudioEnv* audioEnv = nullptr;
     CAudioParamCollector* paramCollector = nullptr;
+    CAudioVizCollector* vizCollector = nullptr;
     CAudioInterfaceBase* interfaceBase = nullptr;
     CAudioExtParamList* extParamList = nullptr;
     CAudioCCTable* ccTable = nullptr;

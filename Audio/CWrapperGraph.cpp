@@ -9,9 +9,10 @@
 
 namespace tsm {
 
-CError* CWrapperGraph::create(CObject& finder, CAudioEnv& env, CAudioParamCollector& collector)
+CError* CWrapperGraph::create(CObject& finder, CAudioEnv& env, CAudioParamCollector& collector,
+                              CAudioVizCollector& vizCollector)
 {
-    context = {&env, &collector, &pool};
+    context = {&env, &collector, &pool, &vizCollector};
     TSM_TRY(createFrom(mainProcess, finder, "shared::audio.modMain", "plugin.modMain"));
     TSM_TRY(createFrom(outputProcess, finder, "shared::audio.modOutput", "plugin.modOutput"));
     outputModule = dynamic_cast<CModOutput*>(outputProcess.get());

@@ -8,6 +8,7 @@
 namespace tsm {
 
 class CAudioEnv;
+class CAudioVizCollector;
 class CModOutput;
 
 /// The live graph of one instance, from the samples that come in to those that go out: the main
@@ -21,9 +22,10 @@ public:
     ~CWrapperGraph() { destroy(); }
 
     /// Makes both processes from their definitions in the shared tree, seen from `finder`, and
-    /// links them. The environment and the collector are borrowed. Errors: a missing definition,
+    /// links them. The environment and the collectors are borrowed. Errors: a missing definition,
     /// those of the processes, an output process of another class. [setup]
-    [[nodiscard]] CError* create(CObject& finder, CAudioEnv& env, CAudioParamCollector& collector);
+    [[nodiscard]] CError* create(CObject& finder, CAudioEnv& env, CAudioParamCollector& collector,
+                                 CAudioVizCollector& vizCollector);
     /// Ends the processes. [setup]
     void destroy();
 

@@ -14,4 +14,4 @@ add_library(tsm_interface STATIC
     ../Other/CParamMirror.cpp
     CAudioInterfaceBase.cpp
     CAudioInterfaceClient.cpp)
-target_link_libraries(tsm_interface PUBLIC tsm_registry)
+target_link_libraries(tsm_interface PUBLIC tsm_registry tsm_viz)

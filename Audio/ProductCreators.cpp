@@ -17,6 +17,7 @@
 #include "Audio/CAudioProcessBypassStateDef.h"
 #include "Audio/CAudioProcessDef.h"
 #include "Audio/CAudioProcessLinkDef.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/Converters/CAudioParamConverterEnum.h"
 #include "Audio/Converters/CAudioParamConverterFreq.h"
 #include "Audio/Converters/CAudioParamConverterGain.h"
@@ -79,6 +80,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CAudioParamRegistry>("audio:param-registry"),
     creatorRow<CAudioParamRemapDef>("audio:param-remap"),
     creatorRow<CAudioParamSharedStorage>("audio:param-shared-storage"),
+    creatorRow<CAudioVizCollector>("audio:viz-collector"),
 
     creatorRow<CAudioFilterFIRLPGen>("audio:fltgen-firlp"),
     creatorRow<CAudioFilterGenArray>("audio:fltgen-array"),

@@ -37,6 +37,8 @@ protected:
         const std::uint32_t ofGain = window.listen("modReelpath.recgain", gain);
         window.listen("modReelpath.hardness", hardness);
         const std::uint32_t registry = window.listen("plugin.param-registry", programs);
+        std::uint32_t meter = 0;
+        EXPECT_OK(window->listenViz(meter, "plugin.modMain.modMeterOut"));
         const std::uint32_t step = window.openStep("edit");
         const CAudioParamChange change =
             shapedLike(target.param("modReelpath.recgain"), numbers({1.0 + round % 10 / 10.0}));
@@ -49,6 +51,7 @@ protected:
         }
         EXPECT_OK(window->requestPreset(registry, 1, false, -1, -1));
         EXPECT_OK(window->exchangeShadowPreset(registry));
+        EXPECT_OK(window->requestVizData(20.0 + round % 40));
         EXPECT_OK(window.tick());
         if (round % 2) {
             EXPECT_OK(window->unlistenParam(ofGain));

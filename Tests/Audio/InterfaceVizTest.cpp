@@ -1,6 +1,7 @@
+#include "Audio/CAudioVizCollector.h"
+#include "Audio/CAudioVizDataMeter.h"
+#include "Audio/CAudioVizReader.h"
 #include "Tests/Support/CInterfaceRig.h"
-
-#include <map>
 
 namespace tsm::test {
 namespace {
@@ -8,133 +9,144 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Counts listeners, and writes which request it is.
-class CTestVizCollector : public CObject, public CAudioInterfaceVizProvider {
-public:
-    static void declareClass(CObjectClassInfo& info) { CObject::declareClass(info); }
-    void addVizListener(const CString& name) override { ++counts()[name.toUtf8()]; }
-    void removeVizListener(const CString& name) override { --counts()[name.toUtf8()]; }
-    [[nodiscard]] CError* writeStream(COutputStream& stream, double rate) override
-    {
-        if (isBroken)
-            TSM_FAIL("Broken.");
-        TSM_TRY(writeFields(stream, rate));
-        return nullptr;
-    }
-    static std::map<std::string, int>& counts()
-    {
-        static std::map<std::string, int> kept; // outlives the instance
-        return kept;
-    }
-    bool isBroken = false;
-};
+constexpr const char* kMeter = "plugin.modTest"; // of no process: the records are the test's alone
 
-class CRateViz : public CAudioInterfaceVizProcessor {
+/// Reads what arrives, and keeps the levels.
+class CLevelViz : public CAudioInterfaceVizProcessor {
 public:
     void startViz() override {}
     void stopViz() override {}
     void clear() override {}
     [[nodiscard]] CError* readVizData(CInputStream& stream) override
     {
-        double rate = 0.0;
-        TSM_TRY(readFields(stream, rate));
-        rates.push_back(rate);
-        return nullptr;
+        ++streamCount;
+        CAudioVizReader reader(stream);
+        TSM_TRY(reader.begin(now));
+        for (;;) {
+            CPtr<CAudioVizData> record;
+            TSM_TRY(reader.next(record));
+            if (!record)
+                return nullptr;
+            levels.push_back(dynamic_cast<CAudioVizDataMeter&>(*record).rms);
+            source = reader.getSourceName().toUtf8().c_str();
+        }
     }
     [[nodiscard]] CError* readExportSlotNames(CInputStream&) override { return nullptr; }
-    std::vector<double> rates;
+
+    int streamCount = 0;
+    double now = -1.0;
+    std::vector<double> levels;
+    std::string source;
 };
 
-/// A second base in the instance, with a collector of the test's own.
 class AMeterClient : public AnInterface {
 protected:
     void SetUp() override
     {
         AnInterface::SetUp();
-        CTestVizCollector::counts().clear();
-        ASSERT_OK(application.registerCreator(creatorRow<CTestVizCollector>("test:viz-collector")));
-        CObject* plugin = instance->getRoot().findObject("plugin");
-        CObject* made = nullptr;
-        ASSERT_OK(plugin->createChild(collector, "test:viz-collector", "test-viz", false));
-        ASSERT_OK(plugin->createChild(made, "other:param-interface-base-connector-uni",
-                                      "test-connector", false));
-        CAttrMap attrs;
-        attrs.setText("base-connector", "^test-connector");
-        attrs.setText("param-collector", "^param-collector");
-        attrs.setText("viz-collector", "^test-viz");
-        ASSERT_OK(
-            plugin->createChild(made, "audio:interface-base", "test-base", false, nullptr, &attrs));
+        collector = &instance->getVizCollector();
+        source = &collector->getSource(kMeter);
+        instance->startProcessing();
     }
     std::unique_ptr<CTestClient> attach()
     {
-        return std::make_unique<CTestClient>(instance->getRoot(), "test:timer",
-                                             "plugin.test-connector");
+        return std::make_unique<CTestClient>(instance->getRoot());
     }
-    static int listenersOf(const char* name) { return CTestVizCollector::counts()[name]; }
+    /// What the engine knows of its listeners once a block has begun.
+    int listenerCount()
+    {
+        CChannel left(64, 0.0);
+        CChannel right(64, 0.0);
+        const void* inputs[] = {left.data(), right.data()};
+        void* outputs[] = {left.data(), right.data()};
+        instance->processBlock(inputs, outputs, 64);
+        return source->getListenerCount();
+    }
+    void post(double level)
+    {
+        auto* record = new CAudioVizDataMeter;
+        record->rms = level;
+        collector->post(*source, CPtr<CAudioVizData>(record));
+    }
 
-    CTestVizCollector* collector = nullptr;
+    CAudioVizCollector* collector = nullptr;
+    CAudioVizSource* source = nullptr;
 };
 
-TEST_F(AMeterClient, IsCountedAtItsMetersAsLongAsItListens)
+TEST_F(AMeterClient, IsCountedAtItsMeterAsLongAsItListens)
 {
     auto first = attach();
     auto second = attach();
-    std::uint32_t out = 0;
-    std::uint32_t difference = 0;
-    std::uint32_t again = 0;
-    std::uint32_t slot = 0;
-    ASSERT_OK((*first)->listenViz(out, "out"));
-    ASSERT_OK((*first)->listenViz(difference, "difference"));
-    ASSERT_OK((*second)->listenViz(again, "out"));
-    ASSERT_OK((*second)->listenViz(slot, "out", 3));
-    EXPECT_EQ(out >> 16, 1U);
-    EXPECT_EQ(again >> 16, 2U);
-    EXPECT_EQ(listenersOf("out"), 2) << "another instance's slot isn't this meter";
-    EXPECT_EQ(listenersOf("difference"), 1);
-    ASSERT_OK((*first)->unlistenViz(out));
-    ASSERT_OK((*first)->unlistenViz(out));
-    EXPECT_EQ(listenersOf("out"), 1);
+    std::uint32_t ids[3] = {};
+    ASSERT_OK((*first)->listenViz(ids[0], kMeter));
+    ASSERT_OK((*second)->listenViz(ids[1], kMeter));
+    ASSERT_OK((*second)->listenViz(ids[2], kMeter, 3));
+    EXPECT_EQ(ids[0] >> 16, 1U);
+    EXPECT_EQ(ids[1] >> 16, 2U);
+    EXPECT_EQ(listenerCount(), 2) << "another instance's slot isn't this meter";
+    ASSERT_OK((*first)->unlistenViz(ids[0]));
+    ASSERT_OK((*first)->unlistenViz(ids[0]));
+    EXPECT_EQ(listenerCount(), 1);
     second.reset();
-    EXPECT_EQ(listenersOf("out"), 0);
+    EXPECT_EQ(listenerCount(), 0);
+    ASSERT_OK((*first)->listenViz(ids[0], kMeter));
+    EXPECT_EQ(listenerCount(), 1);
     first->connector->releaseLinks();
-    EXPECT_EQ(listenersOf("difference"), 0) << "a client that only vanishes";
+    EXPECT_EQ(listenerCount(), 0) << "a client that only vanishes";
 }
 
 TEST_F(AMeterClient, KeepsTheFirstListenerOfANumber)
 {
-    auto client = attach();
-    CParamInterfaceBaseConnector* entrance = nullptr;
-    ASSERT_OK(instance->getRoot().findObjectChecked(entrance, "plugin.test-connector"));
-    for (const char* name : {"out", "difference"}) {
-        const CBytes bytes = written([&](COutputStream& stream) {
-            EXPECT_OK(writeFields(stream, "listen-viz", 1 << 16 | 5, name, -1));
-        });
-        CMemoryReader reader(bytes.data(), static_cast<int>(bytes.size()));
-        ASSERT_OK(entrance->processClientData(reader));
-    }
-    EXPECT_EQ(listenersOf("out"), 1);
-    EXPECT_EQ(listenersOf("difference"), 0);
-    client.reset();
-    instance.reset();
-    EXPECT_EQ(listenersOf("out"), 0);
+    const auto client = attach();
+    for (const char* name : {kMeter, "plugin.modOther"})
+        ASSERT_OK(process(written([&](COutputStream& out) {
+            EXPECT_OK(writeFields(out, "listen-viz", 1 << 16 | 5, name, -1));
+        })));
+    EXPECT_EQ(listenerCount(), 1);
+    EXPECT_EQ(collector->getSource("plugin.modOther").getListenerCount(), 0);
 }
 
-TEST_F(AMeterClient, AsksForDataAtItsRate)
+TEST_F(AMeterClient, GetsWhatWasMeasuredOnRequest)
 {
-    auto client = attach();
-    CRateViz viz;
+    const auto client = attach();
+    CLevelViz viz;
     (*client)->setVizProcessor(&viz);
-    for (const double rate : {30.0, 0.0, 1e9})
-        ASSERT_OK((*client)->requestVizData(rate));
-    EXPECT_THAT(viz.rates, IsEmpty());
+    std::uint32_t id = 0;
+    ASSERT_OK((*client)->listenViz(id, kMeter));
+    EXPECT_EQ(listenerCount(), 1);
+    post(0.25);
+    post(0.5);
     ASSERT_OK(client->tick());
-    EXPECT_THAT(viz.rates, ElementsAre(30.0, 1.0, 1000.0)) << "within what a meter can do";
-    EXPECT_FAILS_WITH((*client)->requestVizData(std::nan("")), "Invalid frame rate specified.");
-    collector->isBroken = true;
-    EXPECT_FAILS_WITH((*client)->requestVizData(30.0), "Broken.");
-    viz.rates.clear();
+    EXPECT_EQ(viz.streamCount, 0);
+    ASSERT_OK((*client)->requestVizData(30.0));
+    post(0.75);
     ASSERT_OK(client->tick());
-    EXPECT_THAT(viz.rates, IsEmpty());
+    EXPECT_THAT(viz.levels, ElementsAre(0.25, 0.5));
+    EXPECT_EQ(viz.source, kMeter);
+    EXPECT_EQ(viz.now, instance->getEnvironment().blockEndTime);
+    EXPECT_EQ(instance->getEnvironment().vizRate, 30.0);
+
+    // When processing stops, what waits is void.
+    instance->stopProcessing();
+    viz.levels.clear();
+    ASSERT_OK((*client)->requestVizData(60.0));
+    ASSERT_OK(client->tick());
+    EXPECT_EQ(viz.streamCount, 2);
+    EXPECT_THAT(viz.levels, IsEmpty());
+}
+
+TEST_F(AMeterClient, AsksForNoRateThatAMeterCannotHave)
+{
+    const auto client = attach();
+    struct CRow {
+        double asked;
+        double stored;
+    };
+    for (const CRow& row : {CRow{30.0, 30.0}, CRow{1e300, 1000.0}, CRow{1e-300, 1.0},
+                            CRow{0.0, 1.0}, CRow{std::nan(""), 1.0}, CRow{-5.0, 1.0}}) {
+        ASSERT_OK((*client)->requestVizData(row.asked));
+        EXPECT_EQ(instance->getEnvironment().vizRate, row.stored) << row.asked;
+    }
 }
 
 } // namespace

@@ -2,6 +2,7 @@ set(render_tests ../Tools/render)
 tsm_add_test(tests_wrapper
     SOURCES
         CAudioWrapperSoundTest.cpp
+        CAudioVizCollectorTest.cpp
         CAudioWrapperTest.cpp
         CHostBuffersTest.cpp
         CParamEventQueueTest.cpp

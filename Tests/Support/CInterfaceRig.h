@@ -94,14 +94,12 @@ public:
 /// A client in a tree of its own, as an editor or a monitor would have it.
 class CTestClient {
 public:
-    explicit CTestClient(CObject& instance, const char* timerTag = "test:timer",
-                         const char* basePath = "plugin.interface-base-connector")
+    explicit CTestClient(CObject& instance, const char* timerTag = "test:timer")
         : instanceRoot(&instance)
     {
         EXPECT_OK(CApplication::get()->initRootObject(root, CString()));
         EXPECT_OK(root->setAttrPointer("BaseConnectorRootPtr", &instanceRoot, true));
         EXPECT_OK(root->setAttr("client-timer", CString(timerTag), true));
-        EXPECT_OK(root->setAttr("client-base", CString(basePath), true));
         EXPECT_OK(root->loadXMLData(TSM_CLIENT_DOCUMENT, false));
         EXPECT_OK(root->findObjectChecked(client, "ui.interface-client"));
         EXPECT_OK(root->findObjectChecked(connector, "ui.interface-client-connector"));
