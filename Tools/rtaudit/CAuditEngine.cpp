@@ -3,7 +3,9 @@
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/ProductCreators.h"
+#include "Core/CWriteSeqBuffer.h"
 #include "Tools/rtaudit/CThreadAudit.h"
 
 #include <cxxabi.h>
@@ -68,6 +70,7 @@ CError* CAuditEngine::start(int hostBlock)
     TSM_TRY(startProduct(application));
     wrapper = std::make_unique<CAuditWrapper>();
     TSM_TRY(wrapper->init());
+    TSM_TRY(wrapper->getRoot().findObjectChecked(vizCollector, "plugin.viz-collector"));
     wrapper->afterInit();
     wrapper->reserveEvents(64);
     setFormat(2, kRate);
@@ -134,6 +137,27 @@ void CAuditEngine::runInside(std::function<void()> work)
     wrapper->queueParamEvent(0, CAuditWrapper::kWorkEvent, 0.0);
 }
 
+void CAuditEngine::watchMeters(bool isWatched)
+{
+    if (isWatched == isWatching)
+        return;
+    isWatching = isWatched;
+    for (const char* name : {"plugin.modMain.modMeterOut", "plugin.modMain.modMeterIODiff"}) {
+        CAudioVizSource& source = vizCollector->getSource(name);
+        if (isWatched)
+            vizCollector->addListener(source);
+        else
+            vizCollector->removeListener(source);
+    }
+}
+
+void CAuditEngine::takeMeterData()
+{
+    constexpr double kFramesPerSecond = 30.0;
+    CWriteSeqBuffer stream;
+    handleError(vizCollector->writeStream(stream, kFramesPerSecond));
+}
+
 std::string CAuditEngine::lockOwner(const CLockCounts& lock) const
 {
     if (liesIn(lock.lock, wrapper.get(), sizeof *wrapper))
@@ -143,7 +167,7 @@ std::string CAuditEngine::lockOwner(const CLockCounts& lock) const
     for (const CAudioParam* param : params)
         if (liesIn(lock.lock, param, sizeof *param))
             return "a parameter";
-    if (const CObject* found = findAround(*wrapper->getEnvironment().getRoot(), lock.lock))
+    if (const CObject* found = findAround(wrapper->getRoot(), lock.lock))
         return className(*found);
     return symbols.find(lock.caller);
 }

@@ -12,6 +12,8 @@
 
 namespace tsm {
 
+class CAudioVizCollector;
+
 /// An instance whose events also run work of its maker's, as code inside of the engine would.
 class CAuditWrapper : public CRenderWrapper {
 public:
@@ -48,6 +50,10 @@ public:
     /// A change by the host's automation, in the middle of the next block.
     void queue(const char* name, double real);
     void selectProgram(int index);
+    /// Watches both meters, or no longer.
+    void watchMeters(bool isWatched);
+    /// Takes away what the meters have sent, as a window does.
+    void takeMeterData();
     /// Stops, changes rate and channels, starts.
     void setFormat(int channels, double rate);
 
@@ -64,6 +70,8 @@ private:
     CApplication application;
     CSymbolNames symbols;
     std::unique_ptr<CAuditWrapper> wrapper;
+    CAudioVizCollector* vizCollector = nullptr; // the wrapper's
+    bool isWatching = false;
     std::vector<double> noise;
     std::vector<double> out;
     int blockSize = 0;

@@ -40,6 +40,7 @@ CAuditKind::CAction once(const char* name, double value)
 
 constexpr const char* kResampler = "audio:modResampler";
 constexpr const char* kConvolver = "audio:modBankedConvolver";
+constexpr const char* kMeter = "audio:modMeter";
 constexpr const char* kNoiseSeed = "CNoiseSeed::draw"; // of every new module that makes noise
 
 // What a change made by the audio thread takes: the values, and what others are to be told.
@@ -65,6 +66,24 @@ std::vector<CAuditKind> makeKinds()
         {"group solo, graph rebuilt", nullptr, nothing,
          setting("io-params.channel-group-solo", onOff), kChangeLocks},
         {"latencies made equal", nullptr, nothing, setting("lp-oversampling-enable", onOff),
+         kChangeLocks},
+        {"steady, meters watched",
+         kMeter,
+         [](CAuditEngine& engine, int) { engine.watchMeters(true); },
+         [](CAuditEngine& engine, int) { engine.takeMeterData(); },
+         {},
+         32},
+        {"meters' settings", kMeter, nothing,
+         [](CAuditEngine& engine, int round) {
+             engine.takeMeterData();
+             engine.set("meter-rmstime", round % 2 ? 0.002 : 0.1);
+         },
+         kChangeLocks},
+        {"meters on and off", kMeter, nothing,
+         [](CAuditEngine& engine, int round) {
+             engine.takeMeterData();
+             engine.watchMeters(round % 2 == 0);
+         },
          kChangeLocks},
         {"preset", nullptr, nothing,
          [](CAuditEngine& engine, int round) { engine.selectProgram(round % 6); }, impulseLocks},
