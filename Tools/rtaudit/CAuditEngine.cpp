@@ -169,7 +169,9 @@ std::string CAuditEngine::lockOwner(const CLockCounts& lock) const
             return "a parameter";
     if (const CObject* found = findAround(wrapper->getRoot(), lock.lock))
         return className(*found);
-    return symbols.find(lock.caller);
+    // Of the function, whose name depends on what the compiler took in, the class.
+    const std::string function = symbols.find(lock.caller);
+    return function.substr(0, function.rfind("::"));
 }
 
 } // namespace tsm

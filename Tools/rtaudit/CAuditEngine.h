@@ -61,7 +61,7 @@ public:
     /// Has `work` run inside of the next block. [control]
     void runInside(std::function<void()> work);
     /// Whose lock that is: the class of the object of the instance's tree that it lies in,
-    /// "a parameter", "the wrapper", or else the function that took it.
+    /// "a parameter", "the wrapper", or else the class whose code took it.
     [[nodiscard]] std::string lockOwner(const CLockCounts& lock) const;
 
 private:

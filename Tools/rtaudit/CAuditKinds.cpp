@@ -41,26 +41,26 @@ CAuditKind::CAction once(const char* name, double value)
 constexpr const char* kResampler = "audio:modResampler";
 constexpr const char* kConvolver = "audio:modBankedConvolver";
 constexpr const char* kMeter = "audio:modMeter";
-constexpr const char* kNoiseSeed = "CNoiseSeed::draw"; // of every new module that makes noise
+constexpr const char* kNoiseSeed = "CNoiseSeed"; // of every new module that makes noise
 
 // What a change made by the audio thread takes: the values, and what others are to be told.
-const std::set<std::string> kChangeLocks{"a parameter", "CAudioParamCollector",
-                                         "CUpdateNotifier::hasListeners", kNoiseSeed};
+const std::set<std::string> kChangeLocks{"a parameter", "CAudioParamCollector", "CUpdateNotifier",
+                                         kNoiseSeed};
 
 std::vector<CAuditKind> makeKinds()
 {
     const std::set<std::string> seeds{kNoiseSeed};
     // It names an impulse, which is looked up.
     std::set<std::string> impulseLocks = kChangeLocks;
-    impulseLocks.insert("CBankedImpulseCache::find");
+    impulseLocks.insert("CBankedImpulseCache");
     const std::vector<double> modes{0.0, 1.0, 2.0, 3.0, 4.0};
     const std::vector<double> onOff{1.0, 0.0};
     return {
         {"steady", nullptr, nothing, nothing, {}, 16},
-        {"parameter of one module", nullptr, nothing, setting("modOutGain.gain", {-3.0, 0.0, 2.0}),
+        {"parameter of one module", nullptr, nothing, setting("modOutGain.gain", {0.7, 1.0, 1.4}),
          seeds},
         {"parameter of the tape", nullptr, nothing, setting("modReelpath.mode", modes), seeds},
-        {"host's automation", nullptr, nothing, automating("modReelpath.recgain", {0.0, 3.0, 6.0}),
+        {"host's automation", nullptr, nothing, automating("modReelpath.recgain", {1.0, 1.5, 2.0}),
          kChangeLocks},
         {"bypass on and off", nullptr, nothing, setting("bypass-enable", onOff), seeds},
         {"group solo, graph rebuilt", nullptr, nothing,

@@ -102,7 +102,7 @@ TEST_F(MonitorCommand, SendsAScriptAsMessagesAndHearsWhatBecameOfIt)
     EXPECT_EQ(run({"--fast", "--messages", "--script", "script"}).out, result.out);
 }
 
-TEST_F(MonitorCommand, PlaysInTimeWithTheTimersFrames)
+TEST_F(MonitorCommand, PlaysInTimeWithTheTimersFramesThreads)
 {
     const CCommandResult result =
         run({"--messages", "--fps", "20", "--do", "0.2 set modReelpath.recgain 3"});
