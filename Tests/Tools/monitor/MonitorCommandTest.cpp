@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 namespace tsm {
@@ -32,6 +35,30 @@ protected:
                 }))
                 lines.push_back(line.substr(line.find(' ') + 1));
         return lines;
+    }
+
+    struct CRow {
+        double time = 0.0;
+        std::string meter;
+        int channel = 0;
+        double rms = 0.0;
+        double peak = 0.0;
+    };
+    std::vector<CRow> readRows(const std::string& name) const
+    {
+        std::vector<CRow> rows;
+        std::ifstream stream(command.path(name));
+        std::string line;
+        std::getline(stream, line);
+        EXPECT_EQ(line, "time,meter,channel,rms,peak");
+        while (std::getline(stream, line)) {
+            std::replace(line.begin(), line.end(), ',', ' ');
+            std::istringstream fields(line);
+            CRow row;
+            fields >> row.time >> row.meter >> row.channel >> row.rms >> row.peak;
+            rows.push_back(row);
+        }
+        return rows;
     }
 
     CToolCommand command{TSM_MONITOR_BINARY};
@@ -100,6 +127,42 @@ TEST_F(MonitorCommand, SendsAScriptAsMessagesAndHearsWhatBecameOfIt)
     EXPECT_THAT(changes[2], testing::StartsWith("< update-param"));
     EXPECT_THAT(result.out, testing::Not(HasSubstr("damaged")));
     EXPECT_EQ(run({"--fast", "--messages", "--script", "script"}).out, result.out);
+}
+
+TEST_F(MonitorCommand, WritesWhatBothMetersSentAtTheirFrames)
+{
+    command.writeSound("left.wav", makeSound(44100, 2, 2 * 44100, [](std::size_t i, int channel) {
+                           return channel == 0 ? 0.5 * std::sin(0.1 * static_cast<double>(i)) : 0.0;
+                       }));
+    ASSERT_EQ(command.run({"left.wav", "--fast", "--csv", "a.csv", "--plot", "a.png"}).err, "");
+    const auto rows = readRows("a.csv");
+    for (const char* meter : {"modMeterOut", "modMeterIODiff"}) {
+        SCOPED_TRACE(meter);
+        std::vector<CRow> left;
+        std::vector<CRow> right;
+        for (const CRow& row : rows)
+            if (row.meter == meter)
+                (row.channel == 0 ? left : right).push_back(row);
+        const double frames = meter == std::string("modMeterOut") ? 30.0 : 6.0;
+        EXPECT_NEAR(static_cast<double>(left.size()), 2.0 * frames, 2.0);
+        ASSERT_EQ(left.size(), right.size());
+        for (std::size_t i = 1; i < left.size(); ++i) {
+            EXPECT_NEAR(left[i].time - left[i - 1].time, 1.0 / frames, 1.0 / 44100.0);
+            EXPECT_GE(left[i].peak, left[i].rms);
+        }
+    }
+    // The output's level: about that of the sine on the left, the tape's noise on the right.
+    const auto last = [&](int channel) {
+        return *std::find_if(rows.rbegin(), rows.rend(), [&](const CRow& row) {
+            return row.meter == "modMeterOut" && row.channel == channel;
+        });
+    };
+    EXPECT_GT(last(0).rms, 0.1);
+    EXPECT_LT(last(0).peak, 1.0);
+    EXPECT_LT(last(1).rms, 0.01);
+    std::ifstream picture(command.path("a.png"), std::ios::binary);
+    const std::string signature(std::istreambuf_iterator<char>(picture), {});
+    EXPECT_THAT(signature, testing::StartsWith("\x89PNG"));
 }
 
 TEST_F(MonitorCommand, PlaysInTimeWithTheTimersFramesThreads)
