@@ -34,6 +34,7 @@
 #include "Audio/Processes/CModFilterIIRDef.h"
 #include "Audio/Processes/CModGainDef.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
+#include "Audio/Processes/CModMeterDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutputDef.h"
 #include "Audio/Processes/CModReelpathDef.h"
@@ -95,6 +96,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CModFilterIIRDef>("audio:modFilterIIR"),
     creatorRow<CModGainDef>("audio:modGain"),
     creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
+    creatorRow<CModMeterDef>("audio:modMeter"),
     creatorRow<CModNodeDef>("audio:modNode"),
     creatorRow<CModOutputDef>("audio:modOutput"),
     creatorRow<CModReelpathDef>("audio:modReelpath"),
