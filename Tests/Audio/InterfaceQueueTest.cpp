@@ -41,8 +41,8 @@ TEST_F(AQueue, OfAClientThatDoesNotComeStaysBounded)
     instance->setSampleRate(22050.0);
     const std::uint32_t listener = present.listen("modReelpath.emphasis", ofPresent);
     const std::uint32_t step = present.openStep("late edit");
-    ASSERT_OK(present->changeParam(
-        listener, step, shapedLike(param("modReelpath.emphasis"), numbers({3.0}))));
+    ASSERT_OK(present->changeParam(listener, step,
+                                   shapedLike(param("modReelpath.emphasis"), numbers({3.0}))));
     ASSERT_OK(present->submitUndoData(step));
 
     // Once it comes, it has what is: at one tick, and then goes on.

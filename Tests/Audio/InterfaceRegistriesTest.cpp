@@ -106,7 +106,8 @@ TEST_F(ARegistryClient, TakesPresetsAndBanksAndGivesThemBack)
     CAudioPreset foreign(programs.preset);
     foreign.name = "TMIO:Other";
     EXPECT_FAILS_WITH((*window)->activatePreset(id, -1, foreign), "Incompatible preset.");
-    EXPECT_FAILS_WITH((*window)->activateFactoryPreset(id, 10), "Invalid preset index 10 specified.");
+    EXPECT_FAILS_WITH((*window)->activateFactoryPreset(id, 10),
+                      "Invalid preset index 10 specified.");
     EXPECT_EQ(history(), steps);
 }
 

@@ -121,8 +121,8 @@ TEST_F(AClient, KeepsTheRateOfTheHighestNumber)
         double sent;
         double kept;
     };
-    for (const CRow& row : {CRow{500, 88200.0, 88200.0}, CRow{499, 22050.0, 88200.0},
-                            CRow{500, 96000.0, 96000.0}}) {
+    for (const CRow& row :
+         {CRow{500, 88200.0, 88200.0}, CRow{499, 22050.0, 88200.0}, CRow{500, 96000.0, 96000.0}}) {
         sendBytes(window->getClientId(), written([&](COutputStream& out) {
                       EXPECT_OK(writeFields(out, "update-sample-rate", row.number, row.sent));
                   }));
@@ -218,8 +218,8 @@ TEST_F(AClient, HearsOfAllChangesWhoeverMadeThem)
     param("main-window-size").setValues(0, 0, wide, 2);
     param("modReelpath.recgain").reset(kAllParamGroups, -1);
     ASSERT_OK(window.tick());
-    EXPECT_THAT(gain.takeNotes(), ElementsAre("group 0 from 0 count 1", "info",
-                                              "group 9999 from 0 count 1"));
+    EXPECT_THAT(gain.takeNotes(),
+                ElementsAre("group 0 from 0 count 1", "info", "group 9999 from 0 count 1"));
     EXPECT_THAT(size.takeNotes(), ElementsAre("group 0 from 0 count 2"));
     EXPECT_EQ(size.value(1), 250.0);
     ASSERT_OK(window->unlistenParam(ofGain));
