@@ -64,7 +64,8 @@ std::string panel(const std::string& meter, std::size_t index, const CChannels& 
         script += (line > 1 ? ", " : "") + blockName(index, channel) +
                   " using 1:2 with lines linewidth 1.6" + color + " title " +
                   quoted(name + " rms") + ", " + blockName(index, channel) +
-                  " using 1:3 with lines dashtype 3" + color + " title " + quoted(name + " peak");
+                  " using 1:3 with lines linewidth 1.2 dashtype 2" + color + " title " +
+                  quoted(name + " peak");
     }
     return script + "\n";
 }
@@ -87,7 +88,7 @@ std::string plotScript(const std::vector<CMeterReading>& readings, const std::st
            std::to_string(100 + 400 * meters.size()) + "\nset output " + quoted(path) +
            "\nset border linecolor rgb '#606060'\n"
            "set grid linetype 1 linecolor rgb '#d0d0d0' linewidth 0.7\n"
-           "set tics out nomirror\n"
+           "set tics out nomirror\nset lmargin 11\n"
            "set key outside right top Left reverse samplen 2\n"
            "set xlabel 'time / s'\nset ylabel 'level / dB'\n"
            "set multiplot layout " +
@@ -98,8 +99,12 @@ std::string plotScript(const std::vector<CMeterReading>& readings, const std::st
 
 std::string CMeterReport::csv() const
 {
+    std::vector<CMeterReading> rows = readings;
+    std::stable_sort(rows.begin(), rows.end(), [](const CMeterReading& a, const CMeterReading& b) {
+        return a.time < b.time;
+    });
     std::string text = "time,meter,channel,rms,peak\n";
-    for (const CMeterReading& reading : readings) {
+    for (const CMeterReading& reading : rows) {
         char row[160];
         std::snprintf(row, sizeof row, "%.17g,%s,%u,%.17g,%.17g\n", reading.time,
                       reading.meter.c_str(), reading.channel, reading.rms, reading.peak);

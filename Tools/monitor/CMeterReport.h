@@ -14,8 +14,8 @@ public:
     void add(const CMeterReading& reading) { readings.push_back(reading); }
     [[nodiscard]] const std::vector<CMeterReading>& getReadings() const { return readings; }
 
-    /// The columns time, meter, channel, rms and peak; numbers with 17 digits, from which they can
-    /// be read back as they were.
+    /// The columns time, meter, channel, rms and peak, in order of the times; numbers with 17
+    /// digits, from which they can be read back as they were.
     [[nodiscard]] std::string csv() const;
     /// Has gnuplot draw level over time, a panel for each meter. Errors: nothing to draw, gnuplot
     /// isn't there or can't write the file.

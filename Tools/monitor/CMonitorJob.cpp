@@ -164,11 +164,13 @@ CError* CMonitorJob::playFast()
             TSM_FAIL("stopped");
         TSM_TRY(runSteps(getSeconds()));
         TSM_TRY(processBlock());
-        for (; getSeconds() >= frameSeconds; frameSeconds += 1.0 / options.framesPerSecond) {
-            TSM_TRY(client->requestReadings(evenRate(options.framesPerSecond)));
-            TSM_TRY(client->fetch());
-        }
+        if (getSeconds() < frameSeconds)
+            continue;
+        TSM_TRY(client->requestReadings(evenRate(options.framesPerSecond)));
+        TSM_TRY(client->fetch());
         screen.draw(getSeconds());
+        while (frameSeconds <= getSeconds())
+            frameSeconds += 1.0 / options.framesPerSecond;
     }
     return nullptr;
 }

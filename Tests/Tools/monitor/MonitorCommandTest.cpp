@@ -37,16 +37,16 @@ protected:
         return lines;
     }
 
-    struct CRow {
+    struct CMeterRow {
         double time = 0.0;
         std::string meter;
         int channel = 0;
         double rms = 0.0;
         double peak = 0.0;
     };
-    std::vector<CRow> readRows(const std::string& name) const
+    std::vector<CMeterRow> readRows(const std::string& name) const
     {
-        std::vector<CRow> rows;
+        std::vector<CMeterRow> rows;
         std::ifstream stream(command.path(name));
         std::string line;
         std::getline(stream, line);
@@ -54,7 +54,7 @@ protected:
         while (std::getline(stream, line)) {
             std::replace(line.begin(), line.end(), ',', ' ');
             std::istringstream fields(line);
-            CRow row;
+            CMeterRow row;
             fields >> row.time >> row.meter >> row.channel >> row.rms >> row.peak;
             rows.push_back(row);
         }
@@ -138,9 +138,9 @@ TEST_F(MonitorCommand, WritesWhatBothMetersSentAtTheirFrames)
     const auto rows = readRows("a.csv");
     for (const char* meter : {"modMeterOut", "modMeterIODiff"}) {
         SCOPED_TRACE(meter);
-        std::vector<CRow> left;
-        std::vector<CRow> right;
-        for (const CRow& row : rows)
+        std::vector<CMeterRow> left;
+        std::vector<CMeterRow> right;
+        for (const CMeterRow& row : rows)
             if (row.meter == meter)
                 (row.channel == 0 ? left : right).push_back(row);
         const double frames = meter == std::string("modMeterOut") ? 30.0 : 6.0;
@@ -153,7 +153,7 @@ TEST_F(MonitorCommand, WritesWhatBothMetersSentAtTheirFrames)
     }
     // The output's level: about that of the sine on the left, the tape's noise on the right.
     const auto last = [&](int channel) {
-        return *std::find_if(rows.rbegin(), rows.rend(), [&](const CRow& row) {
+        return *std::find_if(rows.rbegin(), rows.rend(), [&](const CMeterRow& row) {
             return row.meter == "modMeterOut" && row.channel == channel;
         });
     };
