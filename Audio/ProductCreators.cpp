@@ -37,6 +37,7 @@
 #include "Audio/Processes/CModGainDef.h"
 #include "Audio/Processes/CModInterpolatorDef.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
+#include "Audio/Processes/CModMeterDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutputDef.h"
 #include "Audio/Processes/CModProcessSwitchDef.h"
@@ -105,6 +106,7 @@ constexpr CCreatorRow kCreators[] = {
     creatorRow<CModGainDef>("audio:modGain"),
     creatorRow<CModInterpolatorDef>("audio:modInterpolator"),
     creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
+    creatorRow<CModMeterDef>("audio:modMeter"),
     creatorRow<CModNodeDef>("audio:modNode"),
     creatorRow<CModOutputDef>("audio:modOutput"),
     creatorRow<CModProcessSwitchDef>("audio:modProcessSwitch"),

@@ -24,7 +24,7 @@ public:
 
     /// Has the base take a message, which is empty then. Errors: no base connector any more, the
     /// base's. [ui]
-    [[nodiscard]] CError* send(CWriteSeqBuffer& message);
+    [[nodiscard]] virtual CError* send(CWriteSeqBuffer& message);
     /// Names the client, borrowed, null for none. [ui]
     void setClient(CParamInterfaceClient* newClient);
     /// The number by which the base knows the client; 0 before it is connected.
@@ -43,7 +43,7 @@ protected:
     [[nodiscard]] bool hasIncoming();
     /// Takes blocks in, which leaves `blocks` empty, and calls the client's thread if any wait.
     /// Errors: the client's, when that is this thread. [any]
-    [[nodiscard]] CError* receive(CInterfaceBlockList& blocks);
+    [[nodiscard]] virtual CError* receive(CInterfaceBlockList& blocks);
 
 private:
     [[nodiscard]] CError* onProcessBaseData();

@@ -30,9 +30,14 @@ void CTimerThread::removeUser()
     const std::lock_guard scope(userLock);
     if (--userCount > 0)
         return;
+    assert(active.empty());
+    end();
+}
+
+void CTimerThread::end()
+{
     {
         const std::lock_guard hold(lock);
-        assert(active.empty());
         isEnding = true;
     }
     changed.notify_one();

@@ -13,6 +13,8 @@ namespace tsm {
 class CTimerThread {
 public:
     static CTimerThread& get();
+    /// At the process's end users may be left.
+    ~CTimerThread() { end(); }
 
     /// Counts the users up; the first one starts the thread.
     void addUser();
@@ -23,6 +25,8 @@ public:
     void stop(CSystemTimer& timer);
 
 private:
+    CTimerThread() = default;
+    void end();
     static void threadEntry(void* self) { static_cast<CTimerThread*>(self)->run(); }
     void run();
     [[nodiscard]] CSystemTimer* earliest() const;

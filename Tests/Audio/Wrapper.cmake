@@ -11,6 +11,8 @@ tsm_add_test(tests_wrapper
         CProductDataTest.cpp
         DamagedDocumentTest.cpp
         CRoutingStateTest.cpp
+        ProductMetersTest.cpp
+        ../Support/HeapAllocations.cpp
         ../Tools/Support/CToolCommand.cpp
         ${render_tests}/RenderCommandTest.cpp
     LIBS tsm_product tsm_resources PkgConfig::SNDFILE)

@@ -7,12 +7,14 @@
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CAudioProcessTerminalBase.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Audio/Processes/CModBypassDef.h"
 #include "Audio/Processes/CModDecimatorDef.h"
 #include "Audio/Processes/CModGainDef.h"
 #include "Audio/Processes/CModInterpolatorDef.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
+#include "Audio/Processes/CModMeterDef.h"
 #include "Audio/Processes/CModNodeDef.h"
 #include "Audio/Processes/CModOutput.h"
 #include "Audio/Processes/CModOutputDef.h"
@@ -39,14 +41,18 @@ class AProcess : public ATree {
 protected:
     using CChannels = std::vector<std::vector<double>>;
 
-    /// Starts a process of that tag, smooth in its updates over 15 ms, with those parameters in the
-    /// order of their slots.
+    /// Starts a process of that tag, smooth in its updates over 15 ms unless the attributes say
+    /// otherwise, with those parameters in the order of their slots.
     void startProcess(const char* tag, const std::vector<CTestParam>& params,
                       const std::vector<std::pair<std::string, std::string>>& attrs = {})
     {
         CTestNode def{
             tag, "modTest", {{"is-smooth-update", "true"}, {"xfade-length", "0.015"}}, {}};
-        def.attrs.insert(def.attrs.end(), attrs.begin(), attrs.end());
+        for (const auto& attr : attrs) {
+            std::erase_if(def.attrs,
+                          [&](const auto& former) { return former.first == attr.first; });
+            def.attrs.push_back(attr);
+        }
         for (std::size_t i = 0; i < params.size(); ++i) {
             def.children.push_back(paramNode(params[i]));
             def.children.push_back(allocNode(params[i], i));
@@ -54,7 +60,9 @@ protected:
         const CTestNode real{"audio:cvt-real", "real", {}, {}};
         const CTestNode converters{"core:object", "paramcvt", {}, {real}};
         const CTestNode output{"audio:modOutput", "modOutput", {}, {}};
-        CTestNode audio{"core:object", "audio", {}, {converters, def, output}};
+        CTestNode vizEnable = paramNode({"param-enable-viz", 0.0});
+        vizEnable.attrs.emplace_back("is-global", "true");
+        CTestNode audio{"core:object", "audio", {}, {converters, vizEnable, def, output}};
         audio.children.insert(audio.children.end(), others.begin(), others.end());
         document.emplace("ProcessTest.xml",
                          CDocumentBytes::of(CTestNode{"core:object", "", {}, {audio}}));
@@ -62,6 +70,7 @@ protected:
                creatorRow<CAudioParamCollector>("audio:param-collector"),
                creatorRow<CAudioParamDef>("audio:param"),
                creatorRow<CAudioParamAllocDef>("audio:param-alloc"),
+               creatorRow<CAudioVizCollector>("audio:viz-collector"),
                creatorRow<CAudioParamConverterReal>("audio:cvt-real"),
                creatorRow<CModBypassDef>("audio:modBypass"),
                creatorRow<CModDecimatorDef>("audio:modDecimator"),
@@ -70,7 +79,7 @@ protected:
                creatorRow<CModResamplerDef>("audio:modResampler"),
                creatorRow<CModGainDef>("audio:modGain"),
                creatorRow<CModLatencyUniformerDef>("audio:modLatencyUniformer"),
-               creatorRow<CModNodeDef>("audio:modNode"),
+               creatorRow<CModMeterDef>("audio:modMeter"), creatorRow<CModNodeDef>("audio:modNode"),
                creatorRow<CModOutputDef>("audio:modOutput"),
                creatorRow<CModReelpathDef>("audio:modReelpath"),
                creatorRow<CModReelpathPostDef>("audio:modReelpathPost")},
@@ -80,7 +89,8 @@ protected:
         env->isProcessing = true;
         collector = &make<CAudioParamCollector>(plugin, "audio:param-collector", "param-collector");
         collector->setEnv(env);
-        context = {env, collector, &pool};
+        makeVizCollector(plugin);
+        context = {env, collector, &pool, viz};
         createFrom(process, "modTest");
         createFrom(outputProcess, "modOutput");
         sink = dynamic_cast<CModOutput*>(outputProcess.get());
@@ -169,6 +179,7 @@ protected:
     std::optional<CTestResource> document;
     CAudioEnv* env = nullptr;
     CAudioParamCollector* collector = nullptr;
+    CAudioVizCollector* viz = nullptr;
     CAudioBlockPool pool;
     CAudioProcessContext context;
     CPtr<CAudioProcessBase> process;
@@ -198,6 +209,13 @@ private:
                  {"index", std::to_string(index)},
                  {"use-all-groups", param.useAllGroups ? "true" : "false"}},
                 {}};
+    }
+    void makeVizCollector(CObject& plugin)
+    {
+        CAttrMap attrs;
+        attrs["env"].setText("^audio-env");
+        attrs["param-collector"].setText("^param-collector");
+        ASSERT_OK(plugin.createChild(viz, "audio:viz-collector", "viz-collector", false, &attrs));
     }
     void createFrom(CPtr<CAudioProcessBase>& holder, const char* name)
     {

@@ -2,11 +2,11 @@
 
 namespace tsm {
 
-std::string CResourceSource::makeAssembly(const CItems& items)
+std::string CResourceSource::makeAssembly(const CItems& items, const std::string& table)
 {
     std::string out = ".section .rodata\n";
     for (std::size_t i = 0; i < items.size(); ++i) {
-        const std::string symbol = symbolOf(i);
+        const std::string symbol = symbolOf(table, i);
         out += ".balign 16\n.globl " + symbol + "\n.hidden " + symbol + "\n" + symbol + ":\n";
         // The size is a difference of labels, so that it can't disagree with what is taken in.
         out += ".long 2f - 1f\n1:\n.incbin " + quote(items[i].file.string()) + "\n2:\n";
@@ -14,18 +14,19 @@ std::string CResourceSource::makeAssembly(const CItems& items)
     return out + ".section .note.GNU-stack,\"\",@progbits\n"; // the stack needs no execution
 }
 
-std::string CResourceSource::makeTable(const CItems& items)
+std::string CResourceSource::makeTable(const CItems& items, const std::string& table)
 {
     std::string declarations;
     std::string rows;
     for (std::size_t i = 0; i < items.size(); ++i) {
         declarations += "extern \"C\" [[gnu::visibility(\"hidden\")]] const unsigned char " +
-                        symbolOf(i) + "[];\n";
-        rows += "    {" + symbolOf(i) + ", " + quote(items[i].name) + "},\n";
+                        symbolOf(table, i) + "[];\n";
+        rows += "    {" + symbolOf(table, i) + ", " + quote(items[i].name) + "},\n";
     }
     return "#include \"Core/CResourceEntry.h\"\n\n" + declarations +
-           "\nconst tsm::CResourceEntry tsm::kResourceTable[] = {\n" + rows +
-           "    {nullptr, nullptr},\n};\n";
+           "\nnamespace tsm {\nextern const CResourceEntry " + table +
+           "[];\n} // namespace tsm\n\nconst tsm::CResourceEntry tsm::" + table + "[] = {\n" +
+           rows + "    {nullptr, nullptr},\n};\n";
 }
 
 std::string CResourceSource::quote(const std::string& text)
@@ -39,9 +40,9 @@ std::string CResourceSource::quote(const std::string& text)
     return quoted + "\"";
 }
 
-std::string CResourceSource::symbolOf(std::size_t index)
+std::string CResourceSource::symbolOf(const std::string& table, std::size_t index)
 {
-    return "tsmResource" + std::to_string(index);
+    return "tsm_" + table + std::to_string(index);
 }
 
 } // namespace tsm
