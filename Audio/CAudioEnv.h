@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Core/CObject.h"
+
 #include "Platform/CCriticalSection.h"
 
+#include <atomic>
 #include <cstdint>
 
 namespace tsm {
@@ -18,11 +20,11 @@ public:
 
     CCriticalSection lock{50};
     bool isProcessing = false;
-    double sampleRate = 44100.0; // of the host, in Hz
-    std::int32_t latency = 0;    // of the whole graph, in samples
-    double streamTime = 0.0;     // seconds, at the beginning of the sub-block
-    double blockEndTime = 0.0;   // seconds
-    double vizRate = 30.0;       // frames a second that the window asks for
+    double sampleRate = 44100.0;           // of the host, in Hz
+    std::atomic<std::int32_t> latency = 0; // of the whole graph, in samples; any thread asks
+    double streamTime = 0.0;               // seconds, at the beginning of the sub-block
+    double blockEndTime = 0.0;             // seconds
+    double vizRate = 30.0;                 // frames a second that the window asks for
 };
 
 } // namespace tsm

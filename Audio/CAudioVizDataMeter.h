@@ -15,7 +15,7 @@ public:
 
     static constexpr int kBodyBytes = kBaseBodyBytes + 16;
 
-    double rms = 0.0; // linear; what a kind of meter puts here is told by `CModMeterModule`
+    double rms = 0.0; // linear; what a kind of meter puts here is told by `CLevelMeter`
     double peak = 0.0;
 };
 

@@ -9,30 +9,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace tsm {
 
 namespace {
 
-constexpr double kFramesPerSecond = 40.0;
-constexpr double kShortestTime = 0.0001; // seconds
-constexpr double kTiny = 1e-15;          // keeps ratios of silence at 1
-constexpr double kLeastBias = 1e-30;
 constexpr int kShortestInterval = 32;     // samples
 constexpr int kLongestInterval = 1 << 30; // samples
-constexpr double kLoudnessScale = 0.927414538975768;
-
-/// 25 ms in samples.
-int frameSamples(double sampleRate)
-{
-    return std::max(roundToInt(sampleRate / kFramesPerSecond), 1);
-}
-
-int frameCount(double seconds, double sampleRate, int frameLength)
-{
-    return std::clamp(roundToInt(seconds * sampleRate / frameLength), 1, CPeakHold::kMaxFrames);
-}
+constexpr double kLeastValue = 1e-15;     // whose reciprocal is sent
 
 } // namespace
 
@@ -81,73 +65,41 @@ bool CModMeterModule::areSettingsChanged() const noexcept
 void CModMeterModule::update()
 {
     const bool isNewRate = getSampleRate() != preparedRate;
+    preparedRate = getSampleRate();
     if (isNewRate || areSettingsChanged())
         recalculate();
     if (isNewRate)
         restartInterval();
-    preparedRate = getSampleRate();
     gainFactor = read(gain, 1.0);
     peakFactor = read(peakGain, 1.0);
 }
 
-/// With e = 1 - cos(w) this is the root of the one-pole's gain equation for the corner w; written
-/// so that long times keep their digits.
-double CModMeterModule::coefficient(double seconds, double sampleRate) noexcept
+EMeterKind CModMeterModule::chooseKind() const noexcept
 {
-    constexpr double kCorner = 1.362; // so that the integrator reaches its stated time
-    const double time = seconds > kShortestTime ? seconds : kShortestTime;
-    const double half = std::sin(std::numbers::pi / sampleRate / (time * kCorner));
-    const double e = 2.0 * half * half;
-    return std::sqrt(e * (2.0 + e)) - e;
+    if (definition->getIsDiff())
+        return EMeterKind::Difference;
+    if (definition->getIsCompression())
+        return EMeterKind::Minimum;
+    return isOn(useEbu128) ? EMeterKind::Loudness : EMeterKind::Plain;
 }
 
 void CModMeterModule::recalculate()
 {
-    const double rate = getSampleRate();
-    frameLength = frameSamples(rate);
     const bool isSecondTime = isOn(useTime2);
-    const double integration = isSecondTime ? read(rmsTime2, 0.15) : read(rmsTime, 0.15);
-    const double releaseSeconds = isSecondTime ? read(release2, 0.5) : read(release, 0.5);
-    isMinimum = definition->getIsCompression() || definition->getIsDiff();
-    isBiased = isMinimum && isOn(useBias);
-    isLoudness = !isMinimum && isOn(useEbu128);
-    rmsCoefficient = coefficient(integration, rate);
-    releaseCoefficient = releaseSeconds >= kShortestTime ? coefficient(releaseSeconds, rate) : 1.0;
-    biasCoefficient = coefficient(read(biasTime, 2.0), rate);
-    kernel = chooseKernel();
-
-    hold.restart(frameCount(read(peakTime, 1.0), rate, frameLength), 0.0, isMinimum);
-    energies.clear();
-    energies.resize(isLoudness ? frameCount(integration, rate, frameLength) : 1, 0.0);
-    weighting.prepare(rate);
-    restartLevels();
-}
-
-CModMeterModule::CKernel CModMeterModule::chooseKernel() const noexcept
-{
-    if (definition->getIsDiff())
-        return isBiased ? &CModMeterModule::runBiasedRatio : &CModMeterModule::runRatio;
-    if (definition->getIsCompression())
-        return isBiased ? &CModMeterModule::runMinimum<true> : &CModMeterModule::runMinimum<false>;
-    return isLoudness ? &CModMeterModule::runLoudness : &CModMeterModule::runPlain;
-}
-
-/// A level over its bias begins at 1.0, a level alone in silence.
-void CModMeterModule::restartLevels()
-{
-    const double level = isBiased ? 1.0 : 0.0;
-    rms = rms2 = rel = bias = peakNow = level;
-    frameCountdown = frameLength;
-    hold.restart(hold.getFrameCount(), level, isMinimum);
-    weighting.reset();
-    std::ranges::fill(energies, 0.0);
-    energyIndex = 0;
-    frameEnergy = 0.0;
+    CMeterSettings settings;
+    settings.kind = chooseKind();
+    settings.useBias = isOn(useBias);
+    settings.sampleRate = getSampleRate();
+    settings.peakSeconds = read(peakTime, settings.peakSeconds);
+    settings.rmsSeconds = read(isSecondTime ? rmsTime2 : rmsTime, settings.rmsSeconds);
+    settings.releaseSeconds = read(isSecondTime ? release2 : release, settings.releaseSeconds);
+    settings.biasSeconds = read(biasTime, settings.biasSeconds);
+    meter.prepare(settings);
 }
 
 void CModMeterModule::reset()
 {
-    restartLevels();
+    meter.restart();
     restartInterval();
 }
 
@@ -158,59 +110,85 @@ void CModMeterModule::restartInterval()
         const int samples = std::min(roundToInt(exact), kLongestInterval);
         interval = std::max(samples + samples % 2, kShortestInterval);
     } else {
-        followWindows();
+        follow(readWindowRate());
     }
     sendCountdown = interval;
 }
 
-/// Takes the windows' rate, within one second and the shortest interval.
-void CModMeterModule::followWindows()
+double CModMeterModule::readWindowRate() const
 {
-    double fps = 0.0;
-    {
-        const CLockScope lock(getEnv().lock);
-        fps = getEnv().vizRate;
-    }
+    const CLockScope lock(getEnv().lock);
+    return getEnv().vizRate;
+}
+
+/// Takes the windows' rate, within one second and the shortest interval.
+void CModMeterModule::follow(double windowRate) noexcept
+{
     const int longest = std::max(roundToInt(getSampleRate()), kShortestInterval);
-    interval = std::clamp(roundToInt(getSampleRate() / fps), kShortestInterval, longest);
+    interval = std::clamp(roundToInt(getSampleRate() / windowRate), kShortestInterval, longest);
 }
 
 // Signal
 
-void CModMeterModule::processModules(CAudioModule* const* modules, int count)
+bool CModMeterModule::isInStepWith(const CModMeterModule& other) const noexcept
 {
-    for (int i = 0; i < count; ++i)
-        static_cast<CModMeterModule*>(modules[i])->process();
+    return meter.isInStepWith(other.meter) && interval == other.interval &&
+           sendCountdown == other.sendCountdown;
 }
 
-void CModMeterModule::process()
+void CModMeterModule::processModules(CAudioModule* const* modules, int count)
 {
-    const double start = getEnv().streamTime;
-    for (int done = 0; done < getBlockLength();) {
-        const int count = std::min(getBlockLength() - done, sendCountdown);
-        processBlock(done, count);
-        done += count;
-        sendCountdown -= count;
-        if (sendCountdown == 0)
-            send(start + done / getSampleRate());
+    for (int i = 0; i < count;) {
+        CModMeterModule* together[CLevelMeter::kMaxLanes] = {};
+        int found = 0;
+        do
+            together[found++] = static_cast<CModMeterModule*>(modules[i++]);
+        while (i < count && found < CLevelMeter::kMaxLanes &&
+               together[0]->isInStepWith(static_cast<CModMeterModule&>(*modules[i])));
+        processTogether(together, found);
+    }
+}
+
+void CModMeterModule::processTogether(CModMeterModule* const* modules, int count)
+{
+    CModMeterModule& first = *modules[0];
+    const double start = first.getEnv().streamTime;
+    for (int done = 0; done < first.getBlockLength();) {
+        const int run = std::min(first.getBlockLength() - done, first.sendCountdown);
+        measure(modules, count, done, run);
+        done += run;
+        const bool isDue = run == first.sendCountdown;
+        // One reading for all, or they would fall out of step.
+        const double windowRate = isDue ? first.readWindowRate() : 0.0;
+        for (int i = 0; i < count; ++i) {
+            modules[i]->sendCountdown -= run;
+            if (isDue)
+                modules[i]->send(start + done / first.getSampleRate(), windowRate);
+        }
     }
 }
 
 void CModMeterModule::processBlock(int first, int count)
 {
-    const double* in = getInput().read() + first;
-    const CAudioBlockRef other = definition->getIsDiff() ? findReference() : CAudioBlockRef();
-    const double* reference = other ? other.read() + first : nullptr;
-    while (count > 0) {
-        const int run = std::min(count, frameCountdown);
-        (this->*kernel)(in, reference, run);
-        in += run;
-        reference = reference ? reference + run : nullptr;
-        count -= run;
-        frameCountdown -= run;
-        if (frameCountdown == 0)
-            endFrame();
+    CModMeterModule* const self = this;
+    measure(&self, 1, first, count);
+}
+
+void CModMeterModule::measure(CModMeterModule* const* modules, int moduleCount, int first,
+                              int count)
+{
+    CMeterLane lanes[CLevelMeter::kMaxLanes];
+    CAudioBlockRef references[CLevelMeter::kMaxLanes];
+    for (int i = 0; i < moduleCount; ++i) {
+        CModMeterModule& module = *modules[i];
+        lanes[i].meter = &module.meter;
+        lanes[i].in = module.getInput().read() + first;
+        if (!module.definition->getIsDiff())
+            continue;
+        references[i] = module.findReference();
+        lanes[i].reference = references[i].read() + first;
     }
+    CLevelMeter::measure(lanes, moduleCount, count);
 }
 
 /// The reference block of this channel, silence where the second input doesn't bring it.
@@ -226,96 +204,14 @@ CAudioBlockRef CModMeterModule::findReference() const
     return silence;
 }
 
-void CModMeterModule::runPlain(const double* in, const double*, int count)
-{
-    double level = rms;
-    double follower = rel;
-    double peak = peakNow;
-    for (int i = 0; i < count; ++i) {
-        const double square = in[i] * in[i];
-        level += (square - level) * rmsCoefficient;
-        const double released = follower + (level - follower) * releaseCoefficient;
-        follower = level > follower ? level : released;
-        peak = std::max(peak, std::max(square, follower));
-    }
-    rms = level;
-    rel = follower;
-    peakNow = peak;
-}
-
-template <bool kUseBias>
-void CModMeterModule::runMinimum(const double* in, const double*, int count)
-{
-    for (int i = 0; i < count; ++i) {
-        double square = in[i] * in[i];
-        if constexpr (kUseBias) {
-            bias += (square - bias) * biasCoefficient;
-            square /= std::max(bias, kLeastBias);
-        }
-        rms += (square - rms) * rmsCoefficient;
-        const double released = rel + (rms - rel) * releaseCoefficient;
-        rel = rms < rel ? rms : released;
-        peakNow = std::min(peakNow, std::min(square, rel));
-    }
-}
-
-void CModMeterModule::runRatio(const double* in, const double* reference, int count)
-{
-    double level = rms;
-    double level2 = rms2;
-    for (int i = 0; i < count; ++i) {
-        level += (in[i] * in[i] - level) * rmsCoefficient;
-        level2 += (reference[i] * reference[i] - level2) * rmsCoefficient;
-    }
-    rms = level;
-    rms2 = level2;
-}
-
-void CModMeterModule::runBiasedRatio(const double* in, const double* reference, int count)
-{
-    for (int i = 0; i < count; ++i) {
-        rms += (in[i] * in[i] - rms) * rmsCoefficient;
-        rms2 += (reference[i] * reference[i] - rms2) * rmsCoefficient;
-        const double ratio = (kTiny + rms) / (kTiny + rms2);
-        bias += (ratio - bias) * biasCoefficient;
-        rel = ratio / std::max(bias, kLeastBias);
-        peakNow = std::min(peakNow, rel);
-    }
-}
-
-void CModMeterModule::runLoudness(const double* in, const double*, int count)
-{
-    for (int i = 0; i < count; ++i) {
-        const double weighted = weighting.process(in[i]);
-        frameEnergy += weighted * weighted;
-        peakNow = std::max(peakNow, std::abs(in[i]));
-    }
-}
-
-void CModMeterModule::endFrame()
-{
-    hold.addFrame(peakNow);
-    peakNow = rel;
-    frameCountdown = frameLength;
-    if (!isLoudness)
-        return;
-    peakNow = 0.0;
-    energies[energyIndex] = frameEnergy / frameLength;
-    energyIndex = (energyIndex + 1) % energies.getCount();
-    frameEnergy = 0.0;
-    rel = 0.0;
-    for (const double energy : energies)
-        rel += energy;
-}
-
 // Records
 
-void CModMeterModule::send(double time)
+void CModMeterModule::send(double time, double windowRate)
 {
     CPtr<CAudioVizDataMeter> data = makeData();
     // One sample that isn't finite would keep the integrators from it for ever.
     if (!std::isfinite(data->rms) || !std::isfinite(data->peak)) {
-        restartLevels();
+        meter.restartLevels();
         data->rms = data->peak = 0.0;
     }
     data->index = static_cast<std::uint32_t>(getChannelIndex());
@@ -325,27 +221,18 @@ void CModMeterModule::send(double time)
     if (source)
         source->getCollector().post(*source, CPtr<CAudioVizData>(data.release()));
     if (definition->getFps() <= 0.0)
-        followWindows();
+        follow(windowRate);
     sendCountdown = interval;
 }
 
 CPtr<CAudioVizDataMeter> CModMeterModule::makeData()
 {
     CPtr<CAudioVizDataMeter> data(new CAudioVizDataMeter);
-    const double peak = hold.choose(peakNow, hold.getHeld());
-    if (definition->getIsDiff() && !isBiased) {
-        data->rms = gainFactor * std::sqrt((rms + kTiny) / (kTiny + rms2));
-        data->peak = data->rms * peakFactor;
-    } else if (isLoudness) {
-        data->rms = kLoudnessScale * gainFactor * std::sqrt(std::abs(rel / energies.getCount()));
-        data->peak = gainFactor * peakFactor * peak;
-    } else {
-        data->rms = gainFactor * std::sqrt(std::abs(rel));
-        data->peak = gainFactor * peakFactor * std::sqrt(peak);
-    }
+    data->rms = gainFactor * meter.getLevel();
+    data->peak = gainFactor * peakFactor * meter.getPeak();
     if (definition->getIsInverted()) {
-        data->rms = 1.0 / std::max(data->rms, kTiny);
-        data->peak = 1.0 / std::max(data->peak, kTiny);
+        data->rms = 1.0 / std::max(data->rms, kLeastValue);
+        data->peak = 1.0 / std::max(data->peak, kLeastValue);
     }
     return data;
 }

@@ -2,8 +2,7 @@
 
 #include "Audio/CAudioModule.h"
 #include "Audio/CAudioVizDataMeter.h"
-#include "Audio/Processes/CKWeighting.h"
-#include "Audio/Processes/CPeakHold.h"
+#include "Audio/Processes/CLevelMeter.h"
 #include "Core/CPtr.h"
 
 namespace tsm {
@@ -11,19 +10,8 @@ namespace tsm {
 class CAudioVizSource;
 class CModMeterDef;
 
-/// The level of one channel, sent to the windows as records.
-///
-/// An integrator of the squared samples is followed at once in one direction and by a release time
-/// in the other; frames of 25 ms give peaks that are held for a while. What is integrated depends
-/// on the kernel:
-/// - plain: the square; rises pass at once.
-/// - minimum (`is-compression`): the same reversed; with a bias the square over its own slow mean.
-/// - difference (`is-diff`): the ratio of both inputs' mean squares; with a bias that ratio over
-/// its
-///   own slow mean, of which the smallest value is held.
-/// - loudness (`use-ebu128`): the mean of the K-weighted square (Recommendation ITU-R BS.1770-4)
-///   over the last frames within the integration time; the peak is that of the samples as they
-///   come.
+/// The level of one channel (`CLevelMeter`), sent to the windows as records at a frame rate of its
+/// own or at theirs.
 class CModMeterModule : public CAudioModule {
 public:
     void init() override;
@@ -31,8 +19,8 @@ public:
     void update() override;
     void registerParams() override;
 
-    /// Takes times and switches from the parameters, chooses the kernel, and starts the levels
-    /// again. [audio] Allocates from the block allocator when the hold time grows.
+    /// Takes times and switches from the parameters, and starts the levels again. [audio]
+    /// Allocates from the block allocator when a window grows.
     virtual void recalculate();
     /// Measures samples of the present sub-block. [audio]
     virtual void processBlock(int first, int count);
@@ -40,32 +28,23 @@ public:
     /// Allocates from the block allocator.
     [[nodiscard]] virtual CPtr<CAudioVizDataMeter> makeData();
 
+    /// Channels that are in step are measured together. [audio]
     static void processModules(CAudioModule* const* modules, int count);
 
-    /// The coefficient of an integrator that reaches `seconds` as its stated time at that rate.
-    [[nodiscard]] static double coefficient(double seconds, double sampleRate) noexcept;
-
 private:
-    using CKernel = void (CModMeterModule::*)(const double* in, const double* reference, int count);
+    static void processTogether(CModMeterModule* const* modules, int count);
+    static void measure(CModMeterModule* const* modules, int moduleCount, int first, int count);
+    [[nodiscard]] bool isInStepWith(const CModMeterModule& other) const noexcept;
+    [[nodiscard]] CAudioBlockRef findReference() const;
+    void send(double time, double windowRate);
 
-    void process();
-    void send(double time);
-    void restartLevels();
     void restartInterval();
-    void followWindows();
+    void follow(double windowRate) noexcept;
+    [[nodiscard]] double readWindowRate() const;
     [[nodiscard]] bool areSettingsChanged() const noexcept;
+    [[nodiscard]] EMeterKind chooseKind() const noexcept;
     [[nodiscard]] bool isOn(const CAudioModuleParam& param) const noexcept;
     [[nodiscard]] double read(const CAudioModuleParam& param, double otherwise) const noexcept;
-    [[nodiscard]] CKernel chooseKernel() const noexcept;
-    [[nodiscard]] CAudioBlockRef findReference() const;
-    void endFrame();
-
-    void runPlain(const double* in, const double* reference, int count);
-    template <bool kUseBias>
-    void runMinimum(const double* in, const double* reference, int count);
-    void runRatio(const double* in, const double* reference, int count);
-    void runBiasedRatio(const double* in, const double* reference, int count);
-    void runLoudness(const double* in, const double* reference, int count);
 
     CAudioModuleParam peakTime; // times in seconds
     CAudioModuleParam rmsTime;
@@ -81,33 +60,10 @@ private:
 
     const CModMeterDef* definition = nullptr;
     CAudioVizSource* source = nullptr; // null: nobody can watch
-    double preparedRate = 0.0;
-
-    // Constant while a setting holds.
-    CKernel kernel = &CModMeterModule::runPlain;
-    bool isBiased = false; // the kernel uses a bias
-    bool isLoudness = false;
-    bool isMinimum = false; // the smallest levels are held
-    int frameLength = 1;    // samples
-    double rmsCoefficient = 1.0;
-    double releaseCoefficient = 1.0;
-    double biasCoefficient = 1.0;
+    CLevelMeter meter;
     double gainFactor = 1.0;
     double peakFactor = 1.0;
-
-    // Mean squares, unless told otherwise.
-    double rms = 0.0;
-    double rms2 = 0.0; // of the reference
-    double rel = 0.0;  // for loudness the sum over `energies`
-    double bias = 0.0;
-    double peakNow = 0.0; // of the frame; for loudness linear
-    int frameCountdown = 1;
-    CPeakHold hold;
-    CKWeighting weighting;
-    CArray<double, 1> energies; // of the frames within the integration time
-    int energyIndex = 0;
-    double frameEnergy = 0.0;
-
+    double preparedRate = 0.0;
     int interval = 1; // samples between two records
     int sendCountdown = 1;
 };

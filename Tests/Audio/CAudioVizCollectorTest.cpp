@@ -1,9 +1,5 @@
-#include "Audio/CAudioVizCollector.h"
-
-#include "Audio/CAudioVizDataMeter.h"
-#include "Audio/CAudioVizReader.h"
 #include "Tests/Audio/CTestInstance.h"
-#include "Tests/Support/CTestStreams.h"
+#include "Tests/Support/CVizStream.h"
 
 #include <atomic>
 #include <bit>
@@ -22,29 +18,6 @@ CPtr<CAudioVizData> meterRecord(double time, double rms = 0.0, double peak = 0.0
     record->rms = rms;
     record->peak = peak;
     return CPtr<CAudioVizData>(record);
-}
-
-struct CSeen {
-    std::string source;
-    double time;
-    double rms;
-};
-
-/// Reads a whole stream; `now` and `seen` hold what came before an error.
-CError* readAll(CInputStream& stream, double& now, std::vector<CSeen>& seen)
-{
-    CAudioVizReader reader(stream);
-    if (CError* error = reader.begin(now))
-        return error;
-    for (;;) {
-        CPtr<CAudioVizData> record;
-        if (CError* error = reader.next(record))
-            return error;
-        if (!record)
-            return nullptr;
-        seen.push_back({reader.getSourceName().toUtf8().c_str(), record->time,
-                        dynamic_cast<CAudioVizDataMeter&>(*record).rms});
-    }
 }
 
 void appendF64(CBytes& to, double value)
@@ -73,20 +46,6 @@ protected:
     }
     void block() { process(CChannel(64, 0.0), 64); }
     [[nodiscard]] bool isOn() const { return enable->value(0, 0) == 1.0; }
-    CBytes request(double rate = 30.0)
-    {
-        return written([&](COutputStream& out) { EXPECT_OK(viz->writeStream(out, rate)); });
-    }
-    std::vector<CSeen> requestRecords()
-    {
-        CPlainInput in(request());
-        double now = 0.0;
-        std::vector<CSeen> seen;
-        EXPECT_OK(readAll(in, now, seen));
-        EXPECT_EQ(now, wrapper->getEnvironment().blockEndTime);
-        return seen;
-    }
-
     CAudioVizCollector* viz = nullptr;
     CAudioVizSource* source = nullptr;
     CAudioParam* enable = nullptr;
@@ -113,7 +72,7 @@ TEST_F(AVizCollector, SwitchesASourceByItsListenersAtTheNextBlock)
     viz->removeListener(*source); // one too many isn't remembered
     block();
     EXPECT_FALSE(isOn());
-    EXPECT_TRUE(requestRecords().empty());
+    EXPECT_TRUE(requestLevels(*viz).empty());
     viz->addListener(*source);
     block();
     EXPECT_TRUE(isOn());
@@ -122,24 +81,24 @@ TEST_F(AVizCollector, SwitchesASourceByItsListenersAtTheNextBlock)
 TEST_F(AVizCollector, KeepsTheLatestRecordsOfAWatchedSourceUntilTheyAreAskedFor)
 {
     viz->post(*source, meterRecord(-1.0));
-    EXPECT_TRUE(requestRecords().empty());
+    EXPECT_TRUE(requestLevels(*viz).empty());
     viz->addListener(*source);
     block();
     constexpr int kPosted = CAudioVizCollector::kMaxRecords + 7;
     for (int i = 0; i < kPosted; ++i)
         viz->post(*source, meterRecord(i));
-    const std::vector<CSeen> seen = requestRecords();
+    const std::vector<CSeenLevel> seen = requestLevels(*viz);
     ASSERT_EQ(seen.size(), 1024u);
     for (std::size_t i = 0; i < seen.size(); ++i)
         EXPECT_EQ(seen[i].time, static_cast<double>(i) + 7.0);
-    EXPECT_TRUE(requestRecords().empty());
+    EXPECT_TRUE(requestLevels(*viz).empty());
 
     viz->post(*source, meterRecord(1.0));
     wrapper->stopProcessing();
-    EXPECT_TRUE(requestRecords().empty());
+    EXPECT_TRUE(requestLevels(*viz).empty());
     wrapper->startProcessing();
     viz->post(*source, meterRecord(2.0)); // its listeners are still there
-    EXPECT_EQ(requestRecords().size(), 1u);
+    EXPECT_EQ(requestLevels(*viz).size(), 1u);
 }
 
 TEST_F(AVizCollector, WritesTheFormThatWindowsRead)
@@ -148,7 +107,7 @@ TEST_F(AVizCollector, WritesTheFormThatWindowsRead)
     appendF64(wanted, wrapper->getEnvironment().blockEndTime);
     CBytes empty = wanted;
     appendU32(empty, 0);
-    EXPECT_EQ(request(), empty);
+    EXPECT_EQ(requestVizBytes(*viz), empty);
 
     viz->addListener(*source);
     block();
@@ -169,16 +128,16 @@ TEST_F(AVizCollector, WritesTheFormThatWindowsRead)
     appendF64(wanted, 0.25);
     appendF64(wanted, 0.75);
     appendU32(wanted, 0);
-    EXPECT_EQ(request(), wanted);
+    EXPECT_EQ(requestVizBytes(*viz), wanted);
 }
 
 TEST_F(AVizCollector, TakesTheRateOfTheWindowAndLosesWhatCannotBeSent)
 {
-    (void)request(24.0);
+    (void)requestVizBytes(*viz, 24.0);
     EXPECT_EQ(wrapper->getEnvironment().vizRate, 24.0);
     for (const double bad : {0.0, -2.0, std::numeric_limits<double>::quiet_NaN(),
                              std::numeric_limits<double>::infinity()})
-        (void)request(bad);
+        (void)requestVizBytes(*viz, bad);
     EXPECT_EQ(wrapper->getEnvironment().vizRate, 24.0);
 
     viz->addListener(*source);
@@ -187,7 +146,7 @@ TEST_F(AVizCollector, TakesTheRateOfTheWindowAndLosesWhatCannotBeSent)
     CRecordingOutput full;
     full.failAt = 5;
     EXPECT_FAILS_WITH(viz->writeStream(full, 30.0), "The disk is full.");
-    EXPECT_TRUE(requestRecords().empty());
+    EXPECT_TRUE(requestLevels(*viz).empty());
 }
 
 /// "now" 2.0, a source with a meter record between two of unknown types, another with one meter.
@@ -224,8 +183,8 @@ TEST(AVizReader, PassesOverRecordsThatItDoesNotKnow)
 {
     CPlainInput in(goodStream());
     double now = 0.0;
-    std::vector<CSeen> seen;
-    ASSERT_OK(readAll(in, now, seen));
+    std::vector<CSeenLevel> seen;
+    ASSERT_OK(readVizStream(in, now, seen));
     EXPECT_EQ(now, 2.0);
     ASSERT_EQ(seen.size(), 2u);
     EXPECT_EQ(seen[0].source + seen[1].source, "ab");
@@ -238,10 +197,10 @@ TEST(AVizReader, RefusesDamagedStreams)
 {
     const CBytes good = goodStream();
     double now = 0.0;
-    std::vector<CSeen> seen;
+    std::vector<CSeenLevel> seen;
     for (std::size_t size = 0; size < good.size(); ++size) {
         CPlainInput in(CBytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size)));
-        EXPECT_FAILS_WITH(readAll(in, now, seen), "The plain stream has ended.");
+        EXPECT_FAILS_WITH(readVizStream(in, now, seen), "The plain stream has ended.");
         EXPECT_LE(in.largestRead, 40);
     }
     struct CRow {
@@ -267,7 +226,7 @@ TEST(AVizReader, RefusesDamagedStreams)
         CBytes bytes = good;
         std::memcpy(bytes.data() + row.at, &row.word, sizeof row.word);
         CPlainInput in(bytes);
-        EXPECT_FAILS_WITH(readAll(in, now, seen), row.error) << row.at;
+        EXPECT_FAILS_WITH(readVizStream(in, now, seen), row.error) << row.at;
     }
 }
 
@@ -292,11 +251,7 @@ TEST_F(AVizCollectorThreads, LoseNothingAndKeepTheOrder)
     std::vector<double> times;
     std::thread window([&] {
         while (seenCount < kBlocks) {
-            CPlainInput in(request());
-            double now = 0.0;
-            std::vector<CSeen> seen;
-            EXPECT_OK(readAll(in, now, seen));
-            for (const CSeen& each : seen)
+            for (const CSeenLevel& each : requestLevels(*viz))
                 if (each.source == kName)
                     times.push_back(each.time);
             seenCount = static_cast<int>(times.size());

@@ -1,8 +1,5 @@
-#include "Audio/CAudioVizCollector.h"
-#include "Audio/CAudioVizDataMeter.h"
-#include "Audio/CAudioVizReader.h"
 #include "Tests/Audio/CTestInstance.h"
-#include "Tests/Support/CTestStreams.h"
+#include "Tests/Support/CVizStream.h"
 #include "Tests/Support/HeapAllocations.h"
 #include "Tests/Support/TapeRig.h"
 
@@ -16,15 +13,8 @@ using test::sine;
 
 constexpr const char* kOut = "plugin.modMain.modMeterOut";
 constexpr const char* kDiff = "plugin.modMain.modMeterIODiff";
-constexpr int kSecond = 44100;
-
-struct CSeen {
-    std::string source;
-    std::uint32_t index;
-    double time;
-    double rms;
-    double peak;
-};
+constexpr int kRate = 44100;
+constexpr std::size_t kSecond = kRate;
 
 /// Over the last second.
 double levelOf(const CChannel& out)
@@ -32,7 +22,7 @@ double levelOf(const CChannel& out)
     double sum = 0.0;
     for (std::size_t i = out.size() - kSecond; i < out.size(); ++i)
         sum += out[i] * out[i];
-    return std::sqrt(sum / kSecond);
+    return std::sqrt(sum / kRate);
 }
 
 double peakOf(const CChannel& out)
@@ -78,25 +68,7 @@ protected:
     {
         return process({in, in}, blockSize);
     }
-    std::vector<CSeen> request()
-    {
-        CPlainInput in(written([&](COutputStream& out) {
-            EXPECT_OK(wrapper->getVizCollector().writeStream(out, 30.0));
-        }));
-        CAudioVizReader reader(in);
-        double now = 0.0;
-        EXPECT_OK(reader.begin(now));
-        std::vector<CSeen> seen;
-        for (CPtr<CAudioVizData> data;;) {
-            EXPECT_OK(reader.next(data));
-            if (!data)
-                return seen;
-            EXPECT_LT(data->time, now);
-            const auto& meter = dynamic_cast<const CAudioVizDataMeter&>(*data);
-            seen.push_back({reader.getSourceName().toUtf8().c_str(), meter.index, meter.time,
-                            meter.rms, meter.peak});
-        }
-    }
+    std::vector<CSeenLevel> request() { return requestLevels(wrapper->getVizCollector()); }
 };
 
 TEST_F(TheMeters, RunWhileTheyAreWatchedAndLeaveTheSoundAlone)
@@ -104,7 +76,7 @@ TEST_F(TheMeters, RunWhileTheyAreWatchedAndLeaveTheSoundAlone)
     set("bypass-enable", 1.0); // what goes in comes out, exactly; the meters stand before that
     set("meter-peaktime", 10.0);
     pass(CChannel(kSecond, 0.0));
-    const CChannel in = noise(kSecond, 0.5);
+    const CChannel in = noise(kRate, 0.5);
     const std::vector<CChannel> alone = pass(in);
     EXPECT_TRUE(request().empty());
     pass(CChannel(64, 0.0));
@@ -115,12 +87,13 @@ TEST_F(TheMeters, RunWhileTheyAreWatchedAndLeaveTheSoundAlone)
     const std::vector<CChannel> watched = pass(in);
     for (std::size_t i = 100; i < in.size(); ++i)
         ASSERT_EQ(watched[1][i], alone[1][i]) << i;
-    const std::vector<CSeen> seen = request();
+    const std::vector<CSeenLevel> seen = request();
     ASSERT_EQ(seen.size(), 60u); // two channels, 30 a second
     for (std::size_t i = 0; i < seen.size(); ++i) {
+        const auto frame = static_cast<double>(static_cast<int>(i) / 2);
         EXPECT_EQ(seen[i].source, kOut);
         EXPECT_EQ(seen[i].index, i % 2);
-        EXPECT_NEAR(seen[i].time, start + (static_cast<double>(i / 2) + 0.5) / 30.0, 1e-9);
+        EXPECT_NEAR(seen[i].time, start + (frame + 0.5) / 30.0, 1e-9);
     }
 
     leave(kOut);
@@ -129,7 +102,7 @@ TEST_F(TheMeters, RunWhileTheyAreWatchedAndLeaveTheSoundAlone)
     watch(kOut);
     pass(CChannel(kSecond, 0.0));
     // The meter was gone meanwhile: it doesn't hold the noise's peak.
-    const std::vector<CSeen> after = request();
+    const std::vector<CSeenLevel> after = request();
     ASSERT_EQ(after.size(), 60u);
     EXPECT_LT(after.back().peak, 1e-12);
 }
@@ -139,15 +112,15 @@ TEST_F(TheMeters, ShowTheLevelAndWhatTheProgramAdds)
     watch(kOut);
     watch(kDiff);
     pass(CChannel(kSecond, 0.0));
-    for (const CSeen& each : request())
+    for (const CSeenLevel& each : request())
         EXPECT_EQ(each.rms, each.source == kDiff ? 1.0 : 0.0) << each.source;
 
     set("modMeterIODiff.rms-time", 0.05);
-    const CChannel tone = sine(2 * kSecond, 1000.0, kSecond, 0.25);
+    const CChannel tone = sine(2 * kRate, 1000.0, kRate, 0.25);
     for (const double gain : {1.0, 2.0}) {
         set("modOutGain.gain", gain);
         const CChannel out = pass(tone)[0];
-        const std::vector<CSeen> seen = request();
+        const std::vector<CSeenLevel> seen = request();
         ASSERT_EQ(seen.size(), 2u * 2 * (30 + 6));
         EXPECT_EQ(seen.front().source, kDiff) << "sources come by name";
         EXPECT_NEAR(seen[23].rms, levelOf(out) * std::sqrt(2.0) / 0.25, 0.002 * gain);
@@ -159,7 +132,7 @@ TEST_F(TheMeters, ShowTheLevelAndWhatTheProgramAdds)
 TEST_F(TheMeters, TakeTheTimesOfAllInstances)
 {
     watch(kOut);
-    const CChannel loud = sine(kSecond, 1000.0, kSecond, 0.5);
+    const CChannel loud = sine(kRate, 1000.0, kRate, 0.5);
     const CChannel half(kSecond / 2, 0.0);
     setTimes({.rms = 0.001, .release = 0.02, .peak = 0.1});
     pass(loud);
@@ -168,7 +141,7 @@ TEST_F(TheMeters, TakeTheTimesOfAllInstances)
     set("meter-peaktime", 1.0);
     const double level = peakOf(pass(loud)[0]);
     pass(half);
-    const CSeen last = request().back();
+    const CSeenLevel last = request().back();
     EXPECT_NEAR(last.peak, level, 0.05 * level);
     EXPECT_LT(last.rms, 0.02);
     set("meter-releasetime", 5.0);
