@@ -232,20 +232,21 @@ TEST(AVizReader, RefusesDamagedStreams)
 
 class AVizCollectorThreads : public AVizCollector {};
 
-// One thread posts as the audio thread does, one asks as a window does, one comes and goes.
+// One thread posts as the audio thread does, one asks as a window does, one switches
+// a meter on and off.
 TEST_F(AVizCollectorThreads, LoseNothingAndKeepTheOrder)
 {
     constexpr int kBlocks = 4000;
     viz->addListener(*source);
     block();
-    CAudioVizSource& other = viz->getSource("plugin.modOther");
+    CAudioVizSource& meter = viz->getSource("plugin.modMain.modMeterOut");
     std::atomic<bool> isDone = false;
     std::atomic<int> seenCount = 0;
     std::thread visitor([&] {
         while (!isDone) {
-            viz->addListener(other);
+            viz->addListener(meter);
             std::this_thread::yield();
-            viz->removeListener(other);
+            viz->removeListener(meter);
         }
     });
     std::vector<double> times;
@@ -264,7 +265,6 @@ TEST_F(AVizCollectorThreads, LoseNothingAndKeepTheOrder)
         if (i % 16 == 0)
             block();
         viz->post(*source, meterRecord(i));
-        viz->post(other, meterRecord(i));
     }
     window.join();
     isDone = true;

@@ -90,7 +90,7 @@ TEST_F(TheMeters, RunWhileTheyAreWatchedAndLeaveTheSoundAlone)
     const std::vector<CSeenLevel> seen = request();
     ASSERT_EQ(seen.size(), 60u); // two channels, 30 a second
     for (std::size_t i = 0; i < seen.size(); ++i) {
-        const auto frame = static_cast<double>(static_cast<int>(i) / 2);
+        const int frame = static_cast<int>(i) / 2;
         EXPECT_EQ(seen[i].source, kOut);
         EXPECT_EQ(seen[i].index, i % 2);
         EXPECT_NEAR(seen[i].time, start + (frame + 0.5) / 30.0, 1e-9);

@@ -85,8 +85,10 @@ std::vector<CAuditKind> makeKinds()
              engine.watchMeters(round % 2 == 0);
          },
          kChangeLocks},
+        // Some choose another factor of oversampling, which rebuilds the chain.
         {"preset", nullptr, nothing,
-         [](CAuditEngine& engine, int round) { engine.selectProgram(round % 6); }, impulseLocks},
+         [](CAuditEngine& engine, int round) { engine.selectProgram(round % 6); }, impulseLocks, 8,
+         true},
         {"impulse", kConvolver, nothing, setting("modReelpath.cab-index", {1.0, 2.0, 3.0}),
          kChangeLocks, 8, true},
         {"impulse on and off", kConvolver, nothing, setting("modReelpath.cab-enable", onOff),

@@ -186,6 +186,11 @@ struct CCase {
     int blockLength;
 };
 
+void PrintTo(const CCase& each, std::ostream* out)
+{
+    *out << each.name;
+}
+
 class AMeterKind : public AMeter, public testing::WithParamInterface<CCase> {};
 
 TEST_P(AMeterKind, FollowsTheLevelAndHoldsItsPeaks)
