@@ -216,10 +216,17 @@ bool askText(IEditController& controller, const CVstParam& param, double value,
     return true;
 }
 
+/// What becomes of one parameter's texts.
+struct CTextsRead {
+    std::set<std::u16string> readable;
+    std::set<std::u16string> ignored; // taken for no change
+};
+
 /// The text of a value, and of the value that the plug-in reads from it, must be the same.
-void checkTextAt(IEditController& controller, const CVstParam& param, double value,
-                 CFindings& findings)
+void checkTextAt(const CVstInstance& instance, const CVstParam& param, double value,
+                 CTextsRead& texts, CFindings& findings)
 {
+    IEditController& controller = instance.getController();
     std::u16string text;
     const std::string what = nameOf(param) + " at " + numberText(value);
     if (!findings.expect(askText(controller, param, value, text, findings), what, "a text",
@@ -234,13 +241,32 @@ void checkTextAt(IEditController& controller, const CVstParam& param, double val
         (param.has(ParameterInfo::kIsProgramChange) || param.has(ParameterInfo::kIsReadOnly)))
         return;
     std::u16string again;
-    findings.expect(result == kResultOk && isUnit(read) &&
-                        askText(controller, param, read, again, findings) && again == text,
-                    "the value that " + what + " has as a text, " + inQuotes(text.c_str()) +
-                        ", read back",
-                    "a value of the same text",
-                    result == kResultOk ? numberText(read) + ", " + inQuotes(again.c_str())
-                                        : resultText(result));
+    const bool isRead =
+        result == kResultOk && isUnit(read) && askText(controller, param, read, again, findings);
+    if (isRead && again == text)
+        texts.readable.insert(text);
+    else if (isRead && param.stepCount == 0 && read == controller.getParamNormalized(param.id))
+        texts.ignored.insert(text);
+    else
+        findings.fail("the value that " + what + " has as a text, " + inQuotes(text.c_str()) +
+                          ", read back",
+                      "a value of the same text",
+                      result == kResultOk ? numberText(read) + ", " + inQuotes(again.c_str())
+                                          : resultText(result));
+}
+
+/// A range may have values without a name, all with one text that isn't meant to be typed.
+void judgeIgnored(const CVstParam& param, const CTextsRead& texts, CFindings& findings)
+{
+    if (texts.ignored.empty())
+        return;
+    const std::string first = inQuotes(texts.ignored.begin()->c_str());
+    if (texts.ignored.size() == 1 && texts.readable.size() > 1)
+        findings.note(nameOf(param) + " doesn't read its text " + first);
+    else
+        findings.fail("texts of " + nameOf(param) + " read back", "values of the same texts",
+                      "no change by " + std::to_string(texts.ignored.size()) + " texts, as " +
+                          first);
 }
 
 CError* checkTexts(CPlugin& plugin, CFindings& findings)
@@ -248,12 +274,13 @@ CError* checkTexts(CPlugin& plugin, CFindings& findings)
     TSM_TRY(plugin.open());
     CVstInstance instance;
     TSM_TRY(plugin.make(instance));
-    IEditController& controller = instance.getController();
-    const CVstParams params(controller);
+    const CVstParams params(instance.getController());
     for (const CVstParam& param : params.getAll()) {
+        CTextsRead texts;
         const int pieces = param.stepCount > 0 ? std::min(param.stepCount, 1000) : 250;
         for (int i = 0; i <= pieces; ++i)
-            checkTextAt(controller, param, static_cast<double>(i) / pieces, findings);
+            checkTextAt(instance, param, static_cast<double>(i) / pieces, texts, findings);
+        judgeIgnored(param, texts, findings);
     }
     return nullptr;
 }

@@ -10,13 +10,15 @@ namespace tsm {
 
 CChannels makeNoise(int channelCount, std::size_t frameCount, double peak, unsigned seed)
 {
-    std::mt19937 generator(seed);
     std::uniform_real_distribution<double> uniform(-peak, peak);
     CChannels sound = makeSilence(channelCount, frameCount);
-    for (std::vector<double>& channel : sound)
+    for (std::vector<double>& channel : sound) {
+        // One for each channel: a shorter noise is the beginning of a longer one.
+        std::mt19937 generator(seed++);
         // Representable in both sample sizes, so that both are given the same.
         std::ranges::generate(
             channel, [&] { return static_cast<double>(static_cast<float>(uniform(generator))); });
+    }
     return sound;
 }
 

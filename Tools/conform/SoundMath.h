@@ -8,7 +8,8 @@ namespace tsm {
 /// Sounds of cases: one vector a channel, full scale 1.0.
 using CChannels = std::vector<std::vector<double>>;
 
-/// White noise, another one in each channel; the same for the same arguments.
+/// White noise, another one in each channel; the same for the same arguments, and the beginning of
+/// a longer one.
 [[nodiscard]] CChannels makeNoise(int channelCount, std::size_t frameCount, double peak,
                                   unsigned seed = 1);
 [[nodiscard]] CChannels makeSilence(int channelCount, std::size_t frameCount);
