@@ -102,7 +102,7 @@ CError* checkControl(CPlugin& plugin, CFindings& findings)
     TSM_TRY(plugin.open());
     CLivePlugin live;
     TSM_TRY(live.start(plugin, CRenderPlan().setUp, findings));
-    const auto end = CClock::now() + std::chrono::milliseconds(plugin.countRounds(3000, 400));
+    const auto end = CClock::now() + std::chrono::milliseconds(plugin.countRounds(3000, 150));
     unsigned rounds = 0;
     int blocks = 0;
     {
@@ -136,7 +136,7 @@ CError* checkInstances(CPlugin& plugin, CFindings& findings)
     }
     for (const auto& live : lives)
         threads.push_back(std::make_unique<CAudioThread>(*live, findings));
-    const auto end = CClock::now() + std::chrono::milliseconds(plugin.countRounds(2000, 300));
+    const auto end = CClock::now() + std::chrono::milliseconds(plugin.countRounds(2000, 150));
     int rounds = 0;
     for (; CClock::now() < end; ++rounds) {
         CLivePlugin passing;
