@@ -476,6 +476,17 @@ void CAudioWrapper::queueParamEvent(std::uint32_t offset, std::int32_t index, do
     events.add({offset, CParamEvent::kParamChange, index, value});
 }
 
+void CAudioWrapper::applyEvents()
+{
+    const CFloatControl floatControl;
+    const CExclusiveScope scope(isInside);
+    const CRealtimeScope realtime(paramCollector->getUpdates());
+    int length = 1;
+    events.rewind();
+    [[maybe_unused]] const bool hasEvents = dispatchEvents(0, length);
+    events.clear();
+}
+
 void CAudioWrapper::primeGraph()
 {
     const CExclusiveScope scope(isInside);

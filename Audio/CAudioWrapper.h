@@ -98,6 +98,9 @@ public:
     /// Queues a parameter change for the next block, `offset` samples behind its beginning; beyond
     /// its end the change is lost. [audio]
     void queueParamEvent(std::uint32_t offset, std::int32_t index, double value) noexcept;
+    /// Applies what is queued for the next block's first sample at once, for a call of the host
+    /// that brings no samples: a state that it loads or saves behind it comes later. [audio]
+    void applyEvents();
     /// Processes `count` samples; the buffers have the layouts that were set. A block that would
     /// not be finite comes out as silence, and the graph starts anew. [audio] No allocation in the
     /// steady state.

@@ -22,6 +22,7 @@ function(tsm_add_vst3_bundle target)
         -Wl,--version-script=${exports} -Wl,--exclude-libs,ALL -Wl,-z,relro -Wl,-z,now)
     if(NOT TSM_SANITIZE)
         target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc -Wl,-z,defs)
+        target_compile_definitions(${target} PRIVATE TSM_OWN_RUNTIME)
     endif()
 
     add_dependencies(${target} reelpath-host)

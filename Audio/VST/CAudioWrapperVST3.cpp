@@ -269,7 +269,7 @@ tresult CAudioWrapperVST3::process(ProcessData& data)
     if (data.numInputs > 0 && data.numOutputs > 0 && data.inputs && data.outputs)
         processAudio(data);
     else
-        silenceOutputs(data, 0);
+        processNothing(data);
     return kResultOk;
 }
 
@@ -315,10 +315,18 @@ void CAudioWrapperVST3::processAudio(const ProcessData& data)
 {
     takeFormat(data);
     data.outputs[0].silenceFlags = 0;
-    if (data.numSamples == 0)
+    if (data.numSamples == 0) {
+        applyEvents();
         return;
+    }
     processBlock(inputsOf(data.inputs[0]), outputsOf(data.outputs[0]), data.numSamples);
     silenceOutputs(data, 1);
+}
+
+void CAudioWrapperVST3::processNothing(const ProcessData& data)
+{
+    silenceOutputs(data, 0);
+    applyEvents();
 }
 
 void CAudioWrapperVST3::onParamEvent(const tsm::CParamEvent& event)

@@ -106,6 +106,7 @@ private:
     void takeParameterChanges(const Steinberg::Vst::ProcessData& data);
     void takeFormat(const Steinberg::Vst::ProcessData& data);
     void processAudio(const Steinberg::Vst::ProcessData& data);
+    void processNothing(const Steinberg::Vst::ProcessData& data);
     [[nodiscard]] CAudioWrapperVST3Parameter* findParameter(std::int32_t index) const;
 
     std::shared_ptr<tsm::CApplication> application; // outlives the engine

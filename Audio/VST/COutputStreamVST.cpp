@@ -2,13 +2,21 @@
 
 #include "Core/CError.h"
 
+#include <algorithm>
+
 using namespace Steinberg;
 using tsm::errorContext;
 
 tsm::CError* COutputStreamVST::write(const void* buffer, int count)
 {
     // The interface asks for a pointer that it could write through, and doesn't.
-    if (stream.write(const_cast<void*>(buffer), count, nullptr) != kResultOk)
-        TSM_FAIL("The host takes no more data.");
+    char* const from = static_cast<char*>(const_cast<void*>(buffer));
+    int done = 0;
+    while (done < count) {
+        int32 taken = count - done; // of hosts that don't tell
+        if (stream.write(from + done, count - done, &taken) != kResultOk || taken <= 0)
+            TSM_FAIL("The host takes no more data.");
+        done += std::min(taken, count - done); // whatever the host claims
+    }
     return nullptr;
 }

@@ -1,20 +1,12 @@
 #include "Tools/host/CHostOptions.h"
 
-#include <CLI/CLI.hpp>
+#include "Tools/hostlib/CVstBundle.h"
 
-#include <filesystem>
+#include <CLI/CLI.hpp>
 
 namespace tsm {
 
 namespace {
-
-/// The bundle that the build puts beside the folder of its programs.
-std::string defaultPlugin()
-{
-    std::error_code failure;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
-    return (program.parent_path().parent_path() / "FerritReelpath.vst3").string();
-}
 
 CLI::App* addCommand(CLI::App& app, CHostOptions& options, EHostCommand command, const char* name,
                      const char* help)
@@ -73,7 +65,7 @@ CError* checkRender(const CHostOptions& options)
 
 CError* CHostOptions::parse(int argc, const char* const* argv, CHostOptions& options, bool& isDone)
 {
-    options.pluginPath = defaultPlugin();
+    options.pluginPath = CVstBundle::defaultPath().string();
     TSM_TRY(parseCommandLine(
         argc, argv, "reelpath-host", "Loads a VST 3 plug-in and sends sound through it.",
         [&](CLI::App& app) { describeAll(app, options); }, isDone));

@@ -97,6 +97,13 @@ CVstBundle::~CVstBundle()
         dlclose(handle);
 }
 
+std::filesystem::path CVstBundle::defaultPath()
+{
+    std::error_code failure;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return program.parent_path().parent_path() / "FerritReelpath.vst3";
+}
+
 std::filesystem::path CVstBundle::modulePath(const std::filesystem::path& bundle)
 {
     return bundle / "Contents" / "x86_64-linux" / (bundle.stem().string() + ".so");

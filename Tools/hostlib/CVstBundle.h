@@ -44,6 +44,8 @@ public:
     /// The first class that processes sound. Error: there is none.
     [[nodiscard]] CError* findEffect(const CVstClass*& found) const;
 
+    /// The product's bundle, which the build puts beside the folder of its programs.
+    [[nodiscard]] static std::filesystem::path defaultPath();
     /// The path of the module in a bundle for this machine.
     [[nodiscard]] static std::filesystem::path modulePath(const std::filesystem::path& bundle);
 

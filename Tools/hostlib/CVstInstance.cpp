@@ -126,7 +126,8 @@ CError* CVstInstance::setUp(const CVstSetUp& wanted)
     const int32 sampleSize = wanted.isDouble ? kSample64 : kSample32;
     if (processor->canProcessSampleSize(sampleSize) != kResultTrue)
         TSM_FAIL("'%1' takes no %2-bit samples", name, wanted.isDouble ? "64" : "32");
-    TSM_TRY(arrange(wanted.channelCount));
+    if (wanted.channelCount > 0)
+        TSM_TRY(arrange(wanted.channelCount));
     activateBuses();
     ProcessSetup setup{wanted.isOffline ? kOffline : kRealtime, sampleSize, wanted.maxBlock,
                        wanted.rate};

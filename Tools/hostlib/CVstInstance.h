@@ -16,7 +16,7 @@ namespace tsm {
 struct CVstSetUp {
     double rate = 44100.0;
     int maxBlock = 512;
-    int channelCount = 2; // of the main buses
+    int channelCount = 2; // of the main buses; 0 leaves all buses as they are
     bool isDouble = true;
     bool isOffline = false;
 };

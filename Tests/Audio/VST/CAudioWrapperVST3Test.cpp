@@ -2,7 +2,9 @@
 
 #include "Audio/VST/Interfaces/IMessage.h"
 #include "Tools/hostlib/CHostAttributes.h"
+#include "Tools/hostlib/CMemoryStream.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -306,6 +308,35 @@ TEST_F(AComponent, KeepsItsStateWhenTheChunkIsDamaged)
     processSome(2);
 }
 
+/// Takes few bytes at once, and none beyond a limit.
+class CNarrowStream : public CMemoryStream {
+public:
+    CNarrowStream(int32 mostAtOnce, std::size_t mostBytes) : step(mostAtOnce), limit(mostBytes) {}
+    tresult write(void* buffer, int32 count, int32* written) override
+    {
+        const auto room = static_cast<int32>(limit - getBytes().size());
+        return CMemoryStream::write(buffer, std::min({count, step, room}), written);
+    }
+
+private:
+    int32 step;
+    std::size_t limit;
+};
+
+TEST_F(AComponent, SavesAllOfItsStateOrSaysThatItDoesNot)
+{
+    const std::string saved = rig.getState();
+    for (const int32 step : {1, 3, 64}) {
+        CNarrowStream stream(step, saved.size());
+        EXPECT_EQ(rig.component->getState(&stream), kResultOk);
+        EXPECT_EQ(stream.getBytes(), saved);
+    }
+    for (const std::size_t limit : {std::size_t{0}, std::size_t{3}, saved.size() - 1}) {
+        CNarrowStream stream(64, limit);
+        EXPECT_NE(rig.component->getState(&stream), kResultOk) << limit;
+    }
+}
+
 // Odd hosts
 
 TEST(AnOddHost, MayProcessAtAnyTime)
@@ -397,6 +428,13 @@ TEST_F(AComponent, TakesChangesWithoutSound)
     rig.changes->add(1, 0, 0.875);
     EXPECT_EQ(rig.processor->process(flush), kResultOk);
     rig.changes->clear();
+    // At once: what is loaded behind it must not be overrun by the next block.
+    EXPECT_EQ(rig.controller->getParamNormalized(1), 0.875);
+    const std::string saved = rig.getState();
+    rig.changes->add(1, 0, 0.25);
+    EXPECT_EQ(rig.processor->process(flush), kResultOk);
+    rig.changes->clear();
+    ASSERT_EQ(rig.setState(saved), kResultOk);
     processSome(1);
     EXPECT_EQ(rig.controller->getParamNormalized(1), 0.875);
 }

@@ -46,6 +46,25 @@ public:
     }
 };
 
+/// Reads its own texts as well as numbers.
+class CBypassParameter : public Parameter {
+public:
+    CBypassParameter()
+        : Parameter(describe(CTestEffect::kBypassId, u"Bypass", 1, 0.0,
+                             ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass))
+    {
+    }
+    bool fromString(const TChar* string, ParamValue& value) const override
+    {
+        const std::u16string_view text = viewOf(string);
+        ParamValue read = text == u"On" ? 1.0 : 0.0;
+        if (text != u"On" && text != u"Off" && !Parameter::fromString(string, read))
+            return false;
+        value = std::clamp(read, 0.0, 1.0);
+        return true;
+    }
+};
+
 /// Chooses the gain when it changes.
 class CProgramParameter : public Parameter {
 public:
@@ -60,6 +79,7 @@ public:
     {
         copyString128(CTestEffect::kPrograms[indexOf(value)].name, string);
     }
+    bool fromString(const TChar*, ParamValue&) const override { return false; }
 
 protected:
     void changed() override { use(CTestEffect::kPrograms[indexOf(getNormalized())].gain); }
@@ -93,8 +113,7 @@ tresult CTestEffect::initialize(FUnknown* context)
     addAudioInput(u"Sidechain", SpeakerArr::kStereo, kAux, 0);
     addEventInput(u"MIDI In", 1);
     parameters.addParameter(std::make_unique<CGainParameter>());
-    parameters.addParameter(describe(kBypassId, u"Bypass", 1, 0.0,
-                                     ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass));
+    parameters.addParameter(std::make_unique<CBypassParameter>());
     parameters.addParameter(std::make_unique<CProgramParameter>(
         [this](double gain) { getParameterObject(kGainId)->setNormalized(gain); }));
     return kResultOk;
@@ -187,6 +206,10 @@ void CTestEffect::processBuses(ProcessData& data)
     Sample** const outs = buffersOf(data.outputs[0]);
     const int32 channelCount = std::min({data.inputs[0].numChannels, data.outputs[0].numChannels,
                                          static_cast<int32>(delays.size())});
+    const auto isAbsent = [](const Sample* channel) { return !channel; };
+    if (std::any_of(ins, ins + channelCount, isAbsent) ||
+        std::any_of(outs, outs + channelCount, isAbsent))
+        return;
     double gain = getParamNormalized(kGainId);
     for (int32 i = 0; i < data.numSamples; ++i) {
         applyPoints(data.inputParameterChanges, i, i + 1, gain);

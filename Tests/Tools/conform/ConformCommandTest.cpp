@@ -1,0 +1,160 @@
+#include "Tests/Tools/Support/CToolCommand.h"
+#include "Tests/Tools/conform/Faults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+namespace tsm {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using CNames = std::set<std::string>;
+
+CNames split(const std::string& text)
+{
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
+}
+
+CNames casesWith(const nlohmann::json& report, const std::string& verdict)
+{
+    CNames names;
+    for (const auto& each : report["cases"])
+        if (each["verdict"] == verdict)
+            names.insert(each["name"].get<std::string>());
+    return names;
+}
+
+CNames without(const CNames& all, const CNames& others)
+{
+    CNames rest;
+    std::ranges::set_difference(all, others, std::inserter(rest, rest.end()));
+    return rest;
+}
+
+/// Faults that show in different cases: those that fail name the fault.
+struct CFaultGroup {
+    std::string faults;
+    CNames cases;
+    bool isHang = false;
+};
+
+std::vector<CFaultGroup> groupFaults()
+{
+    std::vector<CFaultGroup> groups{{}}; // the first is without any
+    for (const CFaultRow& row : kFaults) {
+        const CNames cases = split(row.cases);
+        const bool isHang = row.fault == EFault::HangInArrangements;
+        const auto isFree = [&](const CFaultGroup& group) {
+            return !isHang && !group.isHang && !group.faults.empty() &&
+                   std::ranges::none_of(
+                       cases, [&](const std::string& name) { return group.cases.contains(name); });
+        };
+        const auto place = std::ranges::find_if(groups, isFree);
+        CFaultGroup& group = place != groups.end() ? *place : groups.emplace_back();
+        group.faults += (group.faults.empty() ? "" : " ") + std::string(row.name);
+        group.cases.insert(cases.begin(), cases.end());
+        group.isHang = isHang;
+    }
+    return groups;
+}
+
+/// Runs all cases, or some, and reads the report.
+CCommandResult runCases(const std::string& bundle, std::vector<std::string> args,
+                        nlohmann::json& report)
+{
+    const CToolCommand command(TSM_CONFORM_BINARY, {"--plugin", bundle});
+    args.insert(args.end(), {"--quick", "--json", "report.json"});
+    const CCommandResult result = command.run(args);
+    std::ifstream in(command.path("report.json"));
+    report = nlohmann::json::parse(in, nullptr, false);
+    return result;
+}
+
+class FaultyPlugins : public testing::TestWithParam<CFaultGroup> {};
+
+TEST_P(FaultyPlugins, FailTheCasesThatTheyMustAndNoOther)
+{
+    setenv(kFaultVariable, GetParam().faults.c_str(), 1);
+    nlohmann::json report;
+    // A hang is waited for; nothing else comes near the limit.
+    const CCommandResult result =
+        runCases(TSM_FAULTY_BUNDLE, {"--limit", GetParam().isHang ? "5" : "60"}, report);
+    unsetenv(kFaultVariable);
+    SCOPED_TRACE(GetParam().faults);
+    ASSERT_EQ(result.status, GetParam().cases.empty() ? 0 : 1) << result.out << result.err;
+    const CNames failed = casesWith(report, "FAIL");
+    EXPECT_THAT(without(GetParam().cases, failed), IsEmpty()) << "must fail";
+    EXPECT_THAT(without(failed, GetParam().cases), IsEmpty()) << "must pass\n" << result.out;
+    EXPECT_THAT(casesWith(report, "skip"), ElementsAre("objects.connection", "view.unattached"));
+}
+
+INSTANTIATE_TEST_SUITE_P(InGroups, FaultyPlugins, testing::ValuesIn(groupFaults()),
+                         [](const auto& each) { return std::to_string(each.index); });
+
+TEST(ConformCommand, PassesTheProduct)
+{
+    nlohmann::json report;
+    const CCommandResult result = runCases(TSM_PRODUCT_BUNDLE, {}, report);
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_THAT(casesWith(report, "FAIL"), IsEmpty()) << result.out;
+}
+
+TEST(ConformCommand, TestsTheClassThatIsNamed)
+{
+    nlohmann::json report;
+    // Component and controller as two objects, which are connected.
+    EXPECT_EQ(
+        runCases(TSM_TEST_BUNDLE, {"--class", "Test Split", "--only", "objects"}, report).status,
+        0);
+    EXPECT_THAT(casesWith(report, "pass"), Contains("objects.connection"));
+    EXPECT_EQ(runCases(TSM_TEST_BUNDLE, {"--class", "Absent", "--only", "objects"}, report).status,
+              1);
+    EXPECT_THAT(report["cases"][0]["failures"][0]["came"].get<std::string>(),
+                HasSubstr("'Absent'"));
+}
+
+TEST(ConformCommand, TellsWhatEndedAPlugin)
+{
+    const auto causeOf = [](const char* fault, const char* onlyCase, const char* limit) {
+        setenv(kFaultVariable, fault, 1);
+        nlohmann::json report;
+        const CCommandResult result =
+            runCases(TSM_FAULTY_BUNDLE, {"--only", onlyCase, "--limit", limit}, report);
+        unsetenv(kFaultVariable);
+        EXPECT_THAT(result.out, HasSubstr(std::string("FAIL  ") + onlyCase));
+        return report["cases"][0]["failures"].back()["came"].get<std::string>();
+    };
+    EXPECT_THAT(causeOf("CrashOnDamage", "state.damaged", "60"), HasSubstr("SIGABRT"));
+    EXPECT_EQ(causeOf("HangInArrangements", "buses.arrangements", "1"), "a hang");
+}
+
+TEST(ConformCommand, ListsAndChoosesCases)
+{
+    const CToolCommand command(TSM_CONFORM_BINARY, {"--plugin", TSM_FAULTY_BUNDLE});
+    EXPECT_THAT(command.run({"--list"}).out, HasSubstr("timing.latency"));
+    const CCommandResult some = command.run({"--list", "--only", "state.*"});
+    EXPECT_THAT(some.out, HasSubstr("state.sound"));
+    EXPECT_THAT(some.out, Not(HasSubstr("timing")));
+    EXPECT_EQ(command.run({"--only", "no-such-case"}).status, 2);
+    EXPECT_EQ(command.run({"--nonsense"}).status, 2);
+    const CCommandResult absent = CToolCommand(TSM_CONFORM_BINARY, {"--plugin", "none"}).run({});
+    EXPECT_EQ(absent.status, 2);
+    EXPECT_THAT(absent.err, HasSubstr("'none'"));
+}
+
+} // namespace
+} // namespace tsm

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tsm {
+
+/// Sees every call of the C library's heap in this process, those of loaded modules with a C++
+/// runtime of their own too: the program defines the heap's functions itself, and the dynamic
+/// linker looks for them in the program first. In a build with a sanitizer, whose own heap stands
+/// there, its hooks tell the same.
+
+/// What all threads hold.
+struct CHeapUse {
+    std::int64_t blockCount = 0;
+    std::int64_t byteCount = 0;
+};
+/// [any] No lock.
+[[nodiscard]] CHeapUse getHeapUse() noexcept;
+
+/// What one thread has called since beginHeapWatch().
+struct CHeapCalls {
+    static constexpr int kMaxFrames = 24;
+
+    std::int64_t callCount = 0; // requests, releases and mappings of memory
+    std::size_t largest = 0;    // bytes of the largest request
+    void* firstCall[kMaxFrames] = {};
+    int firstCallDepth = 0;
+};
+/// Starts counting on this thread. Scopes don't nest.
+void beginHeapWatch() noexcept;
+/// Ends it and tells what there was.
+[[nodiscard]] CHeapCalls endHeapWatch() noexcept;
+
+/// The first call's stack, innermost place first, as "module+0x123" for tools that name source
+/// lines, without the places in this program.
+[[nodiscard]] std::string describeFirstCall(const CHeapCalls& calls);
+
+} // namespace tsm
