@@ -20,6 +20,11 @@ void describeAll(CLI::App& app, CConformOptions& options)
     app.add_option("--limit", options.limitSeconds, "Seconds that an ordinary case may take")
         ->check(CLI::Range(1, 3600))
         ->capture_default_str();
+    app.add_option(
+           "--loading", options.loading,
+           "Title of a parameter whose change may load data, so that the heap isn't watched "
+           "then (repeatable)")
+        ->allow_extra_args(false);
     app.add_flag("--list", options.isListOnly, "List the cases and run none");
     app.add_flag("--quick", options.isQuick, "Repeat less where a case counts on repetition");
     app.footer("Exit status: 0 when no case fails, 1 when one does, 2 when the test can't be done");

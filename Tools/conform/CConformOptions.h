@@ -3,15 +3,17 @@
 #include "Core/CError.h"
 
 #include <string>
+#include <vector>
 
 namespace tsm {
 
 /// What the command line asks for.
 struct CConformOptions {
-    std::string pluginPath; // of the bundle
-    std::string className;  // empty for the first that processes sound
-    std::string pattern;    // of cases; empty for all
-    std::string jsonPath;   // empty for none
+    std::string pluginPath;           // of the bundle
+    std::string className;            // empty for the first that processes sound
+    std::string pattern;              // of cases; empty for all
+    std::string jsonPath;             // empty for none
+    std::vector<std::string> loading; // titles of parameters whose change may load data
     bool isListOnly = false;
     bool isQuick = false;
     int limitSeconds = 60;

@@ -3,8 +3,10 @@
 #include "Tools/hostlib/CHostContext.h"
 #include "Tools/hostlib/CVstInstance.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tsm {
 
@@ -12,14 +14,17 @@ namespace tsm {
 class CPlugin {
 public:
     /// `wantedClass` names a class of the bundle; empty for the first that processes sound. With
-    /// `useFewRounds` cases that count on repetition repeat less.
-    CPlugin(std::string bundlePath, std::string wantedClass, bool useFewRounds)
-        : path(std::move(bundlePath)), className(std::move(wantedClass)), isQuick(useFewRounds)
+    /// `useFewRounds` cases that count on repetition repeat less. `loadingTitles` are those of
+    /// parameters whose change may load data.
+    CPlugin(std::string bundlePath, std::string wantedClass, bool useFewRounds,
+            std::vector<std::string> loadingTitles = {})
+        : path(std::move(bundlePath)), className(std::move(wantedClass)), isQuick(useFewRounds),
+          loading(std::move(loadingTitles))
     {
     }
 
     /// The same plug-in, not opened.
-    [[nodiscard]] CPlugin copyClosed() const { return {path, className, isQuick}; }
+    [[nodiscard]] CPlugin copyClosed() const { return {path, className, isQuick, loading}; }
 
     /// Loads the module. Errors: those of the bundle; no class of that name.
     [[nodiscard]] CError* open();
@@ -28,6 +33,12 @@ public:
 
     [[nodiscard]] const std::string& getPath() const { return path; }
     [[nodiscard]] int countRounds(int usual, int quick) const { return isQuick ? quick : usual; }
+
+    /// Whether a change of the parameter may load data, on the thread that processes as well.
+    [[nodiscard]] bool mayLoad(const CString& title) const
+    {
+        return std::find(loading.begin(), loading.end(), title.toUtf8().c_str()) != loading.end();
+    }
 
     /// From here on the plug-in must be open.
     [[nodiscard]] const CVstBundle& getBundle() const { return *bundle; }
@@ -45,6 +56,7 @@ private:
     std::string path;
     std::string className;
     bool isQuick;
+    std::vector<std::string> loading;
     Steinberg::IPtr<CHostContext> context = Steinberg::IPtr<CHostContext>::owned(new CHostContext);
     std::unique_ptr<CVstBundle> bundle;
     const CVstClass* effect = nullptr;

@@ -142,7 +142,8 @@ CError* checkAllocation(CPlugin& plugin, CFindings& findings)
     TSM_TRY(live.start(plugin, kSetUp, findings));
     std::vector<CVstParam> params;
     for (const CVstParam& param : live.getParams().getAll())
-        if (param.has(ParameterInfo::kCanAutomate) && isUsersOwn(param))
+        if (param.has(ParameterInfo::kCanAutomate) && isUsersOwn(param) &&
+            !plugin.mayLoad(param.title))
             params.push_back(param);
     // The tool's lists of changes get their size before anything is watched.
     for (const CVstParam& param : params)

@@ -30,7 +30,7 @@ CError* runCases(const CConformOptions& options, const std::vector<CConformCase>
     // Whether its module loads is for the cases to say.
     if (!std::filesystem::is_regular_file(CVstBundle::modulePath(options.pluginPath), ignored))
         TSM_FAIL("'%1' is no plug-in bundle", CString::fromUtf8(options.pluginPath));
-    const CPlugin plugin(options.pluginPath, options.className, options.isQuick);
+    const CPlugin plugin(options.pluginPath, options.className, options.isQuick, options.loading);
     const CCaseRunner runner(plugin, options.limitSeconds);
     CConformReport report;
     for (const CConformCase& each : cases) {

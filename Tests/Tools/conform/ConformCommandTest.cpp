@@ -108,7 +108,8 @@ INSTANTIATE_TEST_SUITE_P(InGroups, FaultyPlugins, testing::ValuesIn(groupFaults(
 TEST(ConformCommand, PassesTheProduct)
 {
     nlohmann::json report;
-    const CCommandResult result = runCases(TSM_PRODUCT_BUNDLE, {}, report);
+    const CCommandResult result =
+        runCases(TSM_PRODUCT_BUNDLE, {"--loading", "CabEnab", "--loading", "CabIndx"}, report);
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     EXPECT_THAT(casesWith(report, "FAIL"), IsEmpty()) << result.out;
 }
