@@ -2,6 +2,7 @@
 
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/ProductCreators.h"
+#include "Core/CAppData.h"
 #include "Core/CText.h"
 #include "Platform/CClock.h"
 #include "Platform/CMessageQueue.h"
@@ -63,6 +64,8 @@ CError* CMonitorJob::readScript()
 
 CError* CMonitorJob::startEngine()
 {
+    // What a script sets may be a setting of the user's, in all sessions.
+    CAppData::keepInMemory();
     TSM_TRY(startProduct(application));
     wrapper = std::make_unique<CRenderWrapper>();
     TSM_TRY(wrapper->init());

@@ -5,6 +5,7 @@
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/ProductCreators.h"
+#include "Core/CAppData.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Tools/rtaudit/CThreadAudit.h"
 
@@ -67,6 +68,8 @@ CError* CAuditEngine::start(int hostBlock)
     for (double& sample : noise)
         sample = uniform(generator);
     out.resize(2 * static_cast<std::size_t>(blockSize));
+    // Some of what is changed here is a setting of the user's, in all sessions.
+    CAppData::keepInMemory();
     TSM_TRY(startProduct(application));
     wrapper = std::make_unique<CAuditWrapper>();
     TSM_TRY(wrapper->init());
