@@ -3,13 +3,20 @@
 #include "Tools/conform/ConformCases.h"
 #include "Tools/conform/InterfaceIds.h"
 #include "Tools/hostlib/CVstString.h"
+#include "Tools/hostlib/VstModuleInfo.h"
 
 #include "Audio/VST/Interfaces/Speakers.h"
 #include "Audio/VST/VstText.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
 #include <set>
 
 namespace tsm {
@@ -232,12 +239,44 @@ CError* checkCategories(CPlugin& plugin, CFindings& findings)
     return nullptr;
 }
 
+/// What hosts that list plug-ins without loading them read.
+CError* checkDescription(CPlugin& plugin, CFindings& findings)
+{
+    TSM_TRY(plugin.open());
+    const std::filesystem::path path = plugin.getPath() + "/Contents/Resources/moduleinfo.json";
+    std::ifstream in(path);
+    if (!in) {
+        findings.skip("no moduleinfo.json");
+        return nullptr;
+    }
+    using CJson = nlohmann::json;
+    const std::string text{std::istreambuf_iterator<char>(in), {}};
+    // Comments and trailing commas are allowed there; the parser knows the first only.
+    const std::string plain = std::regex_replace(text, std::regex(",(\\s*[}\\]])"), "$1");
+    const CJson written = CJson::parse(plain, nullptr, false, true);
+    const CJson told = CJson::parse(makeModuleInfo(plugin.getBundle()), nullptr, false, true);
+    if (!findings.expect(written.is_object(), "moduleinfo.json", "an object", "none"))
+        return nullptr;
+    // The module's own name and version are nowhere else.
+    for (const char* const key : {"Factory Info", "Classes"}) {
+        const CJson& expected = told[key];
+        CJson came = written.value(key, CJson());
+        for (CJson& each : came)
+            if (each.is_object())
+                each.erase("Snapshots"); // pictures, of which the factory knows nothing
+        findings.expect(came == expected, "moduleinfo.json, " + inQuotes(key),
+                        "what the factory tells: " + expected.dump(), came.dump());
+    }
+    return nullptr;
+}
+
 constexpr CConformCase kCases[] = {
     {"factory.identity", "queryInterface and references of the factory", checkIdentity},
     {"factory.info", "the factory's description of itself", checkInfo},
     {"factory.classes", "the three descriptions of each class agree; indices out of range",
      checkClasses},
     {"factory.categories", "what hosts sort a plug-in by", checkCategories},
+    {"factory.description", "moduleinfo.json says what the factory says", checkDescription},
     {"factory.creation", "instances of known and unknown classes and interfaces", checkCreation},
 };
 
