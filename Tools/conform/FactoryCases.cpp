@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 
 namespace tsm {
@@ -239,6 +238,21 @@ CError* checkCategories(CPlugin& plugin, CFindings& findings)
     return nullptr;
 }
 
+/// The format allows comments and trailing commas, of which the parser knows the first only.
+std::string dropTrailingCommas(const std::string& text)
+{
+    std::string plain;
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        isQuoted = isQuoted != (text[i] == '"' && (i == 0 || text[i - 1] != '\\'));
+        const std::size_t next = text.find_first_not_of(" \t\r\n", i + 1);
+        const bool isLast = next != std::string::npos && (text[next] == '}' || text[next] == ']');
+        if (isQuoted || text[i] != ',' || !isLast)
+            plain += text[i];
+    }
+    return plain;
+}
+
 /// What hosts that list plug-ins without loading them read.
 CError* checkDescription(CPlugin& plugin, CFindings& findings)
 {
@@ -251,9 +265,7 @@ CError* checkDescription(CPlugin& plugin, CFindings& findings)
     }
     using CJson = nlohmann::json;
     const std::string text{std::istreambuf_iterator<char>(in), {}};
-    // Comments and trailing commas are allowed there; the parser knows the first only.
-    const std::string plain = std::regex_replace(text, std::regex(",(\\s*[}\\]])"), "$1");
-    const CJson written = CJson::parse(plain, nullptr, false, true);
+    const CJson written = CJson::parse(dropTrailingCommas(text), nullptr, false, true);
     const CJson told = CJson::parse(makeModuleInfo(plugin.getBundle()), nullptr, false, true);
     if (!findings.expect(written.is_object(), "moduleinfo.json", "an object", "none"))
         return nullptr;
