@@ -19,7 +19,7 @@ bool isSame(double a, double b)
 } // namespace
 
 CBusRoom::CBusRoom(int channelCount, int maxFrames, bool isDouble)
-    : channels(channelCount), frames(maxFrames), usesDouble(isDouble),
+    : channels(channelCount), usesDouble(isDouble),
       step(static_cast<std::size_t>(maxFrames) + 2 * kGuard)
 {
     const std::size_t count = step * static_cast<std::size_t>(channels);

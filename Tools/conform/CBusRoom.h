@@ -35,7 +35,6 @@ private:
     [[nodiscard]] std::size_t placeOf(int channel) const;
 
     int channels;
-    int frames;
     bool usesDouble;
     std::size_t step; // from one channel to the next
     std::vector<double> doubles;

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 
 namespace tsm {
@@ -33,7 +34,7 @@ std::string joinNotes(const std::vector<std::string>& notes)
 
 std::string secondsText(double seconds)
 {
-    const auto tenths = static_cast<long>(seconds * 10.0 + 0.5);
+    const auto tenths = std::lround(seconds * 10.0);
     return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " s";
 }
 

@@ -3,13 +3,19 @@
 #include "Tools/conform/ConformCases.h"
 #include "Tools/conform/InterfaceIds.h"
 #include "Tools/hostlib/CVstString.h"
+#include "Tools/hostlib/VstModuleInfo.h"
 
 #include "Audio/VST/Interfaces/Speakers.h"
 #include "Audio/VST/VstText.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 namespace tsm {
@@ -232,12 +238,57 @@ CError* checkCategories(CPlugin& plugin, CFindings& findings)
     return nullptr;
 }
 
+/// The format allows comments and trailing commas, of which the parser knows the first only.
+std::string dropTrailingCommas(const std::string& text)
+{
+    std::string plain;
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        isQuoted = isQuoted != (text[i] == '"' && (i == 0 || text[i - 1] != '\\'));
+        const std::size_t next = text.find_first_not_of(" \t\r\n", i + 1);
+        const bool isLast = next != std::string::npos && (text[next] == '}' || text[next] == ']');
+        if (isQuoted || text[i] != ',' || !isLast)
+            plain += text[i];
+    }
+    return plain;
+}
+
+/// What hosts that list plug-ins without loading them read.
+CError* checkDescription(CPlugin& plugin, CFindings& findings)
+{
+    TSM_TRY(plugin.open());
+    const std::filesystem::path path = plugin.getPath() + "/Contents/Resources/moduleinfo.json";
+    std::ifstream in(path);
+    if (!in) {
+        findings.skip("no moduleinfo.json");
+        return nullptr;
+    }
+    using CJson = nlohmann::json;
+    const std::string text{std::istreambuf_iterator<char>(in), {}};
+    const CJson written = CJson::parse(dropTrailingCommas(text), nullptr, false, true);
+    const CJson told = CJson::parse(makeModuleInfo(plugin.getBundle()), nullptr, false, true);
+    if (!findings.expect(written.is_object(), "moduleinfo.json", "an object", "none"))
+        return nullptr;
+    // The module's own name and version are nowhere else.
+    for (const char* const key : {"Factory Info", "Classes"}) {
+        const CJson& expected = told[key];
+        CJson came = written.value(key, CJson());
+        for (CJson& each : came)
+            if (each.is_object())
+                each.erase("Snapshots"); // pictures, of which the factory knows nothing
+        findings.expect(came == expected, "moduleinfo.json, " + inQuotes(key),
+                        "what the factory tells: " + expected.dump(), came.dump());
+    }
+    return nullptr;
+}
+
 constexpr CConformCase kCases[] = {
     {"factory.identity", "queryInterface and references of the factory", checkIdentity},
     {"factory.info", "the factory's description of itself", checkInfo},
     {"factory.classes", "the three descriptions of each class agree; indices out of range",
      checkClasses},
     {"factory.categories", "what hosts sort a plug-in by", checkCategories},
+    {"factory.description", "moduleinfo.json says what the factory says", checkDescription},
     {"factory.creation", "instances of known and unknown classes and interfaces", checkCreation},
 };
 

@@ -14,8 +14,14 @@
 #include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#include <sanitizer/allocator_interface.h>
 #define TSM_HEAP_BY_HOOKS
+// The sanitizers' runtimes have these; Debian's g++ comes without their header.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" int __sanitizer_install_malloc_and_free_hooks(
+    void (*onMalloc)(const volatile void* memory, std::size_t size),
+    void (*onFree)(const volatile void* memory));
+extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* memory);
+// NOLINTEND(bugprone-reserved-identifier)
 #endif
 
 namespace tsm {
@@ -69,6 +75,15 @@ const bool areHooksThere = __sanitizer_install_malloc_and_free_hooks(onMalloc, o
 #endif
 
 } // namespace
+
+bool isHeapPlain() noexcept
+{
+#ifdef TSM_HEAP_BY_HOOKS
+    return false;
+#else
+    return true;
+#endif
+}
 
 CHeapUse getHeapUse() noexcept
 {

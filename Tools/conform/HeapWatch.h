@@ -12,6 +12,10 @@ namespace tsm {
 /// linker looks for them in the program first. In a build with a sanitizer, whose own heap stands
 /// there, its hooks tell the same.
 
+/// Whether the heap is the C library's. With a sanitizer's, its runtime keeps memory too: for each
+/// module loaded, and for blocks given back.
+[[nodiscard]] bool isHeapPlain() noexcept;
+
 /// What all threads hold.
 struct CHeapUse {
     std::int64_t blockCount = 0;

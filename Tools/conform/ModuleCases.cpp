@@ -112,7 +112,11 @@ CError* checkReload(CPlugin& plugin, CFindings& findings)
             before = CProcessResources::measure();
         TSM_TRY(loadAndUse(plugin));
     }
-    CProcessResources::measure().compare(before, rounds, findings);
+    const CProcessResources after = CProcessResources::measure();
+    if (isHeapPlain())
+        after.compare(before, rounds, findings);
+    else
+        after.compareHandles(before, rounds, findings);
     if (void* const handle =
             dlopen(CVstBundle::modulePath(plugin.getPath()).c_str(), RTLD_LAZY | RTLD_NOLOAD)) {
         dlclose(handle);

@@ -17,6 +17,8 @@ struct CProcessResources {
     /// Finds what has grown since `before`, in so many equal rounds: threads and descriptors at
     /// all, the heap by more than one could take for a table that still grows.
     void compare(const CProcessResources& before, int rounds, CFindings& findings) const;
+    /// Threads and descriptors alone.
+    void compareHandles(const CProcessResources& before, int rounds, CFindings& findings) const;
 };
 
 } // namespace tsm

@@ -130,10 +130,12 @@ CError* checkInstances(CPlugin& plugin, CFindings& findings)
     constexpr int kCount = 3;
     std::vector<std::unique_ptr<CLivePlugin>> lives;
     std::vector<std::unique_ptr<CAudioThread>> threads;
+    lives.reserve(kCount);
     for (int i = 0; i < kCount; ++i) {
         lives.push_back(std::make_unique<CLivePlugin>());
         TSM_TRY(lives.back()->start(plugin, CRenderPlan().setUp, findings));
     }
+    threads.reserve(kCount);
     for (const auto& live : lives)
         threads.push_back(std::make_unique<CAudioThread>(*live, findings));
     const auto end = CClock::now() + std::chrono::milliseconds(plugin.countRounds(2000, 150));

@@ -88,6 +88,8 @@ private:
     [[nodiscard]] static std::size_t indexOf(double value)
     {
         constexpr double kLast = CTestEffect::kPrograms.size() - 1;
+        if (std::isnan(value))
+            return 0;
         return static_cast<std::size_t>(std::lround(std::clamp(value, 0.0, 1.0) * kLast));
     }
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 
 #include <fcntl.h>
@@ -64,7 +65,7 @@ CFaultyEffect::~CFaultyEffect()
     if (is(EFault::NeedsTerminate) && getIsInitialized())
         std::abort();
     CFaultyEffect::terminate();
-    std::free(scratch);
+    ::operator delete(scratch);
 }
 
 void CFaultyEffect::setFaults(std::string_view names)
@@ -236,8 +237,9 @@ void CFaultyEffect::abortOn(const ProcessData& data) const
 void CFaultyEffect::beforeProcess(ProcessData& data)
 {
     if (is(EFault::AllocationInProcess) && data.numSamples > 0) {
-        std::free(scratch);
-        scratch = std::malloc(static_cast<std::size_t>(data.numSamples));
+        // By the module's own C++ runtime.
+        ::operator delete(scratch);
+        scratch = ::operator new(static_cast<std::size_t>(data.numSamples));
     }
     if (is(EFault::ModesChanged))
         _mm_setcsr(_mm_getcsr() | 0x8040); // flush to zero, denormals are zero

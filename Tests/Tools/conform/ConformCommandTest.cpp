@@ -38,6 +38,27 @@ CNames casesWith(const nlohmann::json& report, const std::string& verdict)
     return names;
 }
 
+/// What can't be judged in this build. A sanitizer's runtime keeps memory for each module that is
+/// loaded, so that a leak behind reloading isn't looked for.
+CNames unjudgedOfAll()
+{
+#ifdef __SANITIZE_ADDRESS__
+    return {"module.reload"};
+#else
+    return {};
+#endif
+}
+
+/// And with the address sanitizer each block of the product's allocator comes from the heap.
+CNames unjudgedOfProduct()
+{
+#ifdef __SANITIZE_ADDRESS__
+    return {"module.reload", "resources.allocation"};
+#else
+    return {};
+#endif
+}
+
 CNames without(const CNames& all, const CNames& others)
 {
     CNames rest;
@@ -97,7 +118,8 @@ TEST_P(FaultyPlugins, FailTheCasesThatTheyMustAndNoOther)
     SCOPED_TRACE(GetParam().faults);
     ASSERT_EQ(result.status, GetParam().cases.empty() ? 0 : 1) << result.out << result.err;
     const CNames failed = casesWith(report, "FAIL");
-    EXPECT_THAT(without(GetParam().cases, failed), IsEmpty()) << "must fail";
+    EXPECT_THAT(without(without(GetParam().cases, unjudgedOfAll()), failed), IsEmpty())
+        << "must fail";
     EXPECT_THAT(without(failed, GetParam().cases), IsEmpty()) << "must pass\n" << result.out;
     EXPECT_THAT(casesWith(report, "skip"), ElementsAre("objects.connection", "view.unattached"));
 }
@@ -108,10 +130,20 @@ INSTANTIATE_TEST_SUITE_P(InGroups, FaultyPlugins, testing::ValuesIn(groupFaults(
 TEST(ConformCommand, PassesTheProduct)
 {
     nlohmann::json report;
+    // A change of impulse loads it, on whichever thread.
     const CCommandResult result =
         runCases(TSM_PRODUCT_BUNDLE, {"--loading", "CabEnab", "--loading", "CabIndx"}, report);
+    EXPECT_LE(result.status, 1) << result.err;
+    EXPECT_THAT(without(casesWith(report, "FAIL"), unjudgedOfProduct()), IsEmpty()) << result.out;
+    EXPECT_GT(casesWith(report, "pass").size(), 50U) << result.out;
+}
+
+// Under the thread sanitizer a race ends a case's process.
+TEST(ConformCommandThreads, PassTheProduct)
+{
+    nlohmann::json report;
+    const CCommandResult result = runCases(TSM_PRODUCT_BUNDLE, {"--only", "threads"}, report);
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_THAT(casesWith(report, "FAIL"), IsEmpty()) << result.out;
 }
 
 TEST(ConformCommand, TestsTheClassThatIsNamed)

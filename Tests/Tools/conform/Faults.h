@@ -107,7 +107,7 @@ constexpr std::array kFaults{
     CFaultRow{EFault::DescriptorLeak, "DescriptorLeak", "module.reload resources.cycles"},
     CFaultRow{EFault::CrashInOverlap, "CrashInOverlap", "threads.control"},
     CFaultRow{EFault::CrashOffMainThread, "CrashOffMainThread", "threads.processing"},
-    CFaultRow{EFault::VendorMissing, "VendorMissing", "factory.info"},
+    CFaultRow{EFault::VendorMissing, "VendorMissing", "factory.info factory.description"},
     CFaultRow{EFault::PointerLeftBehind, "PointerLeftBehind", "factory.creation"},
     CFaultRow{EFault::NeedsContext, "NeedsContext", "objects.null"},
     CFaultRow{EFault::BusFixed, "BusFixed", "buses.activation"},
