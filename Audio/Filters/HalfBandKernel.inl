@@ -1,9 +1,13 @@
 // The half-band filter over vectors of branches; compiled once per instruction set. All of it has
 // internal linkage and nothing comes from std::, since a shared inline function would let the
-// linker put one build's code into another. No multiply and add may be fused: all builds give the
-// same bits.
+// linker put one build's code into another. Each build says how a section computes
+// (TSM_HALF_BAND_FUSED); the compiler may fuse nothing by itself.
 
 #include "Audio/Filters/HalfBandKernels.h"
+
+#if TSM_HALF_BAND_FUSED
+#include <immintrin.h>
+#endif
 
 namespace tsm {
 
@@ -12,6 +16,25 @@ namespace {
 // Both branches of one channel, or of two.
 typedef double COne __attribute__((vector_size(16)));
 typedef double CTwo __attribute__((vector_size(32)));
+
+// A section's output, c (u - y2) + u2. A step waits for the one before through y2 only: fused, that
+// is one operation, c u + u2 being ready by then; as it is written down, it is three.
+#if TSM_HALF_BAND_FUSED
+COne section(COne c, COne u, COne u2, COne y2)
+{
+    return _mm_fnmadd_pd(c, y2, _mm_fmadd_pd(c, u, u2));
+}
+CTwo section(CTwo c, CTwo u, CTwo u2, CTwo y2)
+{
+    return _mm256_fnmadd_pd(c, y2, _mm256_fmadd_pd(c, u, u2));
+}
+#else
+template <class V>
+V section(V c, V u, V u2, V y2)
+{
+    return c * (u - y2) + u2;
+}
+#endif
 
 template <class V>
 constexpr int kLanesOf = sizeof(V) / sizeof(COne);
@@ -87,7 +110,7 @@ struct CSections {
         V pastInput = past[0];
         past[0] = input;
         for (int s = 0; s < Sections; ++s) {
-            const V output = coefficients[s] * (input - past[s + 1]) + pastInput;
+            const V output = section(coefficients[s], input, pastInput, past[s + 1]);
             pastInput = past[s + 1];
             past[s + 1] = output;
             input = output;

@@ -8,7 +8,7 @@ const CHalfBandKernels& halfBandKernels() noexcept
 {
     static const bool hasAvx2 = [] {
         __builtin_cpu_init();
-        return __builtin_cpu_supports("avx2") != 0;
+        return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
     }();
     return hasAvx2 ? kHalfBandKernelsAvx2 : kHalfBandKernelsGeneric;
 }

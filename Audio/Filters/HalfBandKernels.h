@@ -21,7 +21,8 @@ struct CHalfBandLane {
     CHalfBandState* state;
 };
 
-/// The recurrence in one build. All builds give the same bits.
+/// The recurrence in one build: the generic one rounds after each operation, the fused one only
+/// where the sums of two fused multiply-adds end, so that the two differ by rounding.
 ///
 /// y[n] = c (u[n] - y[n-2]) + u[n-2] in each section; the output is half of branch A and branch B a
 /// sample before (R. Ansari, B. Liu, "Efficient sampling rate alteration using recursive (IIR)
@@ -34,6 +35,7 @@ struct CHalfBandKernels {
 
     CRun runOne[kMaxHalfBandSections]; // by the sections less one; one lane
     CRun runTwo[kMaxHalfBandSections]; // two lanes whose states have the same turn
+    bool isFused; // computes y[n] = (c u[n] + u[n-2]) - c y[n-2], each product and its sum as one
 };
 
 /// The build for this processor. [any]

@@ -1,4 +1,5 @@
 #include "Audio/Filters/CDCDAWFilterWorkspace.h"
+#include "Audio/Filters/HalfBandKernels.h"
 #include "Bench/Audio/Filters/CPlainHalfBand.h"
 
 #include <benchmark/benchmark.h>
@@ -27,16 +28,40 @@ void countSamples(benchmark::State& state, int channels)
                                                         benchmark::Counter::kInvert);
 }
 
-/// Channels, and whether the rate goes up.
-void halfBandPlain(benchmark::State& state)
+using CPlainRun = void (CPlainHalfBand::*)(const double*, double*, int);
+
+/// The same recurrence with the same rounding: the stage must give its bits.
+bool isStageEqual(CPlainRun run)
 {
+    const std::vector<double> samples = makeBlock(false);
+    std::vector<double> plain(kBlock);
+    std::vector<double> stage(kBlock);
+    CPlainHalfBand plainFilter;
+    CDCDAWFilterWorkspace filter(CPlainHalfBand::kSteep, CPlainHalfBand::kSections);
+    (plainFilter.*run)(samples.data(), plain.data(), kBlock);
+    filter.process(samples.data(), stage.data(), kBlock);
+    return plain == stage;
+}
+
+/// Channels, and whether the rate goes up.
+void halfBandPlain(benchmark::State& state, bool isFused)
+{
+    if (isFused && !halfBandKernels().isFused) {
+        state.SkipWithError("not on this processor");
+        return;
+    }
+    const CPlainRun run = isFused ? &CPlainHalfBand::processFused : &CPlainHalfBand::process;
+    if (isFused == halfBandKernels().isFused && !isStageEqual(run)) {
+        state.SkipWithError("the stage's bits differ");
+        return;
+    }
     const auto channels = static_cast<std::size_t>(state.range(0));
     std::vector<CPlainHalfBand> filters(channels);
     const std::vector<double> samples = makeBlock(state.range(1) != 0);
     std::vector<double> out(kBlock);
     for (auto _ : state) {
         for (CPlainHalfBand& filter : filters)
-            filter.process(samples.data(), out.data(), kBlock);
+            (filter.*run)(samples.data(), out.data(), kBlock);
         benchmark::ClobberMemory();
     }
     countSamples(state, static_cast<int>(channels));
@@ -68,7 +93,8 @@ void eachCase(benchmark::internal::Benchmark* bench)
             bench->Args({channels, isUp});
 }
 
-BENCHMARK(halfBandPlain)->Apply(eachCase);
+BENCHMARK_CAPTURE(halfBandPlain, asWritten, false)->Apply(eachCase);
+BENCHMARK_CAPTURE(halfBandPlain, fused, true)->Apply(eachCase);
 BENCHMARK(halfBandStage)->Apply(eachCase);
 
 } // namespace
