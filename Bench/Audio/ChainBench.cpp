@@ -125,12 +125,15 @@ void plainChain(benchmark::State& state)
 }
 BENCHMARK(plainChain)->Arg(1)->Arg(8);
 
+/// By factor and tape impulse; impulse 0 is none.
 void oversampledInstance(benchmark::State& state)
 {
     CApplication application;
     checkBench(startProduct(application));
     const auto wrapper = CBenchWrapper::make();
     wrapper->set("oversampling", 1.0 + std::log2(static_cast<double>(state.range(0))));
+    wrapper->set("modReelpath.cab-enable", state.range(1) > 0 ? 1.0 : 0.0);
+    wrapper->set("modReelpath.cab-index", static_cast<double>(state.range(1)));
     wrapper->startProcessing();
     const std::vector<double> in = makeNoise();
     std::vector<double> out(2 * kBlock);
@@ -144,7 +147,9 @@ void oversampledInstance(benchmark::State& state)
     }
     tellCost(state);
 }
-BENCHMARK(oversampledInstance)->Arg(1)->Arg(2)->Arg(4)->Arg(8);
+BENCHMARK(oversampledInstance)
+    ->ArgNames({"factor", "impulse"})
+    ->ArgsProduct({{1, 2, 4, 8}, {0, 1, 2, 3, 4, 5, 6, 7, 8}});
 
 } // namespace
 } // namespace tsm

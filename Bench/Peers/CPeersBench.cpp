@@ -1,6 +1,6 @@
 // The plug-in as a host runs it, beside effects that do comparable work, all in one run: stereo, 32
 // bits, 44.1 kHz, loud noise, each with the settings it comes with. Peers that aren't installed are
-// left out; `Tools/scripts/setup.sh peers` installs them.
+// left out; `Tools/scripts/setup.sh quality` installs them.
 
 #include "Bench/Peers/CLv2Plugin.h"
 #include "Tools/hostlib/CHostContext.h"

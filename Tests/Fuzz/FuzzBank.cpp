@@ -20,11 +20,15 @@ void fuzzOne(const std::uint8_t* data, std::size_t size)
     CAudioPresetBank bank;
     if (hasFailed(load(bank, source)))
         return;
-    const CByteBuffer saved = save(bank);
-    CMemoryReader reader(saved);
-    CAudioPresetBank again;
-    promise(!hasFailed(load(again, reader)), "what is saved loads");
-    promise(save(again) == saved, "what is saved loads equal");
+    const auto reload = [&](const CByteBuffer& saved) {
+        CMemoryReader reader(saved);
+        CAudioPresetBank again;
+        promise(!hasFailed(load(again, reader)), "what is saved loads");
+        return save(again);
+    };
+    // Halves of surrogate pairs aren't saved: without them keys have another order, or become one.
+    const CByteBuffer settled = reload(save(bank));
+    promise(reload(settled) == settled, "what is saved loads equal");
 }
 
 } // namespace tsm

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# setup.sh build|check|hosts|peers: installs what is missing of the Debian packages that the build, or
-# also the checks, the trials in real hosts, or the measurements beside other effects need. Does nothing, and needs neither rights nor network, when all of it is there.
+# setup.sh build|check|hosts|quality: installs what is missing of the Debian packages that the build, or
+# also the checks, the trials in real hosts, or the measurements of Docs/quality.md need. Does nothing, and needs neither rights nor network, when all of it is there.
 set -euo pipefail
 
 # Package, what needs it (the others need the build's as well), reason.
@@ -35,9 +35,11 @@ shellcheck          check  faults in shell scripts
 ardour              hosts  a host that loads VST 3 plug-ins
 sox                 hosts  makes and compares sounds
 python3             hosts  edits the sessions of the host
-liblilv-dev         peers  loads effects to measure beside
-calf-plugins        peers  effects to measure beside
-invada-studio-plugins-lv2  peers  effects to measure beside
+liblilv-dev         quality loads effects to measure beside
+calf-plugins        quality effects to measure beside
+invada-studio-plugins-lv2 quality effects to measure beside
+jq                  quality picks figures out of what the benchmarks print
+util-linux          quality pins a benchmark to a core
 '
 
 wanted()
@@ -66,8 +68,8 @@ aptGet()
 }
 
 group=${1:-build}
-if [[ ! $group =~ ^(build|check|hosts|peers)$ ]]; then
-    echo "usage: setup.sh build|check|hosts|peers" >&2
+if [[ ! $group =~ ^(build|check|hosts|quality)$ ]]; then
+    echo "usage: setup.sh build|check|hosts|quality" >&2
     exit 2
 fi
 if ! command -v dpkg-query >/dev/null; then

@@ -142,7 +142,7 @@ void manyInstances(benchmark::State& state)
     state.counters["block_each"] = benchmark::Counter(
         count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
-BENCHMARK(manyInstances)->Arg(1)->Arg(100)->Unit(benchmark::kMicrosecond);
+BENCHMARK(manyInstances)->Arg(1)->Arg(10)->Arg(100)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tsm::test
