@@ -57,7 +57,7 @@ bench()
 # table FILTER: prints what the filter makes of all figures.
 table()
 {
-    jq --slurp --raw-output "$figures $1" "$out"/{processes,filters,wrapper,dsp,component,peers}.json
+    jq --slurp --raw-output "$figures $1" "$out"/{processes,filters,wrapper,dsp,first_load,component,peers,interface}.json
 }
 
 conformance()
@@ -96,8 +96,10 @@ cost()
     bench filters
     bench wrapper --benchmark_filter='wholeInstance|withBothMeters|plainChain|oversampledInstance|startSharedTree|furtherInstance'
     bench dsp --benchmark_filter='convolve(Block/(4498|26240)/|AsDescribed)|zita|worstBlock|^(fftw|fma|avx512)/|(resample|soxr)Impulse'
+    bench first_load
     bench component
     bench peers
+    bench interface
     echo "## Cost"
     echo
     echo "The programs are \`$bin/bench_*\`, pinned to one core; of five runs the least counts. Figures are of"
@@ -122,7 +124,11 @@ cost()
         atLeast("half-band stage down"; halfBand(0); 5),
         (([4498, 64], [4498, 512], [26240, 64], [26240, 512]) as [$taps, $block] |
             atMost("convolver over its plan as described, \($taps) taps, blocks of \($block)"; convolver($taps; $block); 0.65)),
-        atMost("transforms over FFTW with measured plans, geometric mean, AVX2"; transforms("fma"); 1),
+        (("fma", "avx512") as $build |
+            atMost("transforms over FFTW with measured plans, geometric mean, \($build)"; transforms($build); 1)),
+        ((48000, 352800) as $rate |
+            atMost("an impulse of 26240 samples to \($rate) Hz over soxr at its best"; time("resampleImpulse/\($rate)") / time("soxrImpulse/\($rate)"); 1),
+            atMost("the same for the first time in a process"; least("resampleFirst/\($rate)/iterations:50/manual_time"; "real_time") / least("soxrFirst/\($rate)/iterations:50/manual_time"; "real_time"); 2)),
         atMost("whole instance over its chain in plain form, 1X"; chain(1); 0.4),
         atMost("the same at 8X"; chain(8); 0.4),
         atMost("a sample in host blocks of 32 over one in blocks of 512"; least("wholeInstance/32"; "core_percent")
@@ -152,6 +158,18 @@ cost()
         (least("convolveBlock/\($taps)/\($block)"; "time_per_sample") * 1e9) as $ours |
         (least($name; "time_per_sample") * 1e9) as $peer |
         "| \($name) | \($ours | round(1)) | \($peer | round(1)) | \($ours / $peer | round(2)) |"'
+    echo
+    echo "Messages between a window and the instance, a second:"
+    echo
+    echo "| | messages a second |"
+    echo "|---|--:|"
+    table 'def greatest(name): [.[] | .benchmarks[] | select(.run_name == name and .run_type == "iteration") | .items_per_second] | max | round(0);
+        "| a change, from the window to the instance | \(greatest("changeMessage/step:0")) |",
+        "| the same with a step to be undone | \(greatest("changeMessage/step:1")) |",
+        (("1", "32", "1024") as $count | "| changes to the window, \($count) at a tick | \(greatest("echoMessages/\($count)")) |")'
+    echo
+    table 'def cost(name): least(name; "core_percent");
+        "From a change to the sub-block of 64 samples at 48 kHz that hears it: \(least("changeToSubBlock/iterations:1000/manual_time"; "real_time") | round(0)) us. Both meters, watched, take \((cost("withBothMeters/512") - cost("wholeInstance/512")) | round(3)) per cent of a core."'
     echo
     echo "The dearest block of 32 of the host over the mean block, two channels' convolvers:"
     echo
