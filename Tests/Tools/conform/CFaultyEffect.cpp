@@ -1,5 +1,6 @@
 #include "Tests/Tools/conform/CFaultyEffect.h"
 
+#include "Audio/VST/CPluginView.h"
 #include "Audio/VST/VstText.h"
 
 #include <algorithm>
@@ -27,8 +28,9 @@ bool is(EFault wanted)
     return CFaultyEffect::has(wanted);
 }
 
-std::atomic<int> livingCount = 0;  // initialised instances
-std::atomic<int> processCount = 0; // calls at the same time
+std::atomic<int> livingCount = 0;     // initialised instances
+std::atomic<int> processCount = 0;    // calls at the same time
+std::atomic<unsigned> stateCount = 0; // instances that were given a state
 
 /// "FAULT", then gain and bypass.
 struct CState {
@@ -132,6 +134,7 @@ tresult CFaultyEffect::setState(IBStream* stream)
         std::abort();
     if (!state.isGood())
         return kResultFalse;
+    isOdd = ++stateCount % 2 != 0;
     if (is(EFault::StateLost))
         return kResultOk;
     getParameterObject(kGainId)->setNormalized(state.gain);
@@ -154,6 +157,8 @@ tresult CFaultyEffect::getState(IBStream* stream)
 
 tresult CFaultyEffect::getBusInfo(MediaType type, BusDirection dir, int32 index, BusInfo& bus)
 {
+    if (is(EFault::NeedsInitialize) && !getIsInitialized())
+        std::abort();
     const tresult result = CTestEffect::getBusInfo(type, dir, index, bus);
     // The side chain, through which no sound goes.
     if (result == kResultOk && is(EFault::BusOfOtherSize) && type == kAudio && index == 1)
@@ -179,6 +184,7 @@ tresult CFaultyEffect::setupProcessing(ProcessSetup& setup)
 {
     if (is(EFault::NeedsGoodRate) && !(setup.sampleRate > 0.0))
         std::abort();
+    isRateBroken = is(EFault::NeedsWholeRate) && setup.sampleRate != std::floor(setup.sampleRate);
     return CTestEffect::setupProcessing(setup);
 }
 
@@ -226,6 +232,7 @@ void CFaultyEffect::abortOn(const ProcessData& data) const
                  data.inputs[1].numChannels > 0 && !data.inputs[1].channelBuffers32;
     isBad = isBad || (is(EFault::NeedsTempo) && data.processContext &&
                       std::isnan(data.processContext->tempo));
+    isBad = isBad || (is(EFault::NeedsTransport) && !data.processContext);
     Event event = {};
     if (is(EFault::NeedsBusOfEvent) && data.inputEvents &&
         data.inputEvents->getEvent(0, event) == kResultOk)
@@ -245,6 +252,8 @@ void CFaultyEffect::beforeProcess(ProcessData& data)
         _mm_setcsr(_mm_getcsr() | 0x8040); // flush to zero, denormals are zero
     if (is(EFault::LateAutomation))
         automateLate(data);
+    if (is(EFault::OddPointTaken))
+        takeOddPoints(data);
     if (is(EFault::ClearsOutputFirst) && data.numInputs > 0 && data.numOutputs > 0 &&
         data.symbolicSampleSize == kSample32)
         for (int32 i = 0; i < data.outputs[0].numChannels; ++i)
@@ -266,6 +275,18 @@ void CFaultyEffect::automateLate(const ProcessData& data)
     }
 }
 
+/// Keeps a value beyond the range.
+void CFaultyEffect::takeOddPoints(const ProcessData& data)
+{
+    IParameterChanges* const changes = data.inputParameterChanges;
+    int32 offset = 0;
+    double value = 0.0;
+    for (int32 i = 0; changes && i < changes->getParameterCount(); ++i)
+        if (IParamValueQueue* const queue = changes->getParameterData(i))
+            if (queue->getPoint(0, offset, value) == kResultOk && value > 1.0)
+                oddPoint = value;
+}
+
 template <class Sample>
 void CFaultyEffect::spoil(ProcessData& data, Sample** ins, Sample** outs)
 {
@@ -280,7 +301,7 @@ void CFaultyEffect::spoil(ProcessData& data, Sample** ins, Sample** outs)
         isNanThere =
             isNanThere || (is(EFault::NanStays) && std::any_of(in, in + data.numSamples, isNan));
         const bool isMono = data.inputs[0].numChannels == 1 && data.outputs[0].numChannels == 1;
-        if (isNanThere || (is(EFault::MonoBroken) && isMono) ||
+        if (isNanThere || isRateBroken || (is(EFault::MonoBroken) && isMono) ||
             (is(EFault::OfflineBroken) && data.processMode == kOffline) ||
             (is(EFault::NanOnLoudInput) && std::any_of(in, in + data.numSamples, isLoud)))
             out[0] = std::numeric_limits<Sample>::quiet_NaN();
@@ -288,6 +309,8 @@ void CFaultyEffect::spoil(ProcessData& data, Sample** ins, Sample** outs)
         if ((is(EFault::NeedsSetProcessing) && !isSwitchedOn) ||
             (is(EFault::SizeHeard) && isSingle && data.numSamples == 7))
             std::fill_n(out, data.numSamples, Sample(0.01));
+        if (is(EFault::InstancesDiffer) && isOdd)
+            out[0] += Sample(0.01);
         constexpr std::int64_t kWhile = 60000;
         for (int32 i = 0; is(EFault::TailUntold) && i < data.numSamples; ++i)
             out[i] += position + i > kWhile ? Sample(0.01) : Sample(0);
@@ -329,12 +352,25 @@ ParamValue CFaultyEffect::plainParamToNormalized(ParamID id, ParamValue plain)
            (is(EFault::PlainOfOtherRange) ? 100.0 : 1.0);
 }
 
+ParamValue CFaultyEffect::getParamNormalized(ParamID id)
+{
+    return oddPoint > 1.0 ? oddPoint.load() : CTestEffect::getParamNormalized(id);
+}
+
+IPlugView* CFaultyEffect::createView(FIDString name)
+{
+    const bool isEditor = name && std::strcmp(name, kEditorViewType) == 0;
+    return is(EFault::ViewWithoutSize) && isEditor ? new CPluginView({}) : nullptr;
+}
+
 tresult CFaultyEffect::setParamNormalized(ParamID id, ParamValue value)
 {
     const std::thread::id busy = audioThread;
     if (is(EFault::CrashInOverlap) && busy != std::thread::id() &&
         busy != std::this_thread::get_id())
         std::abort();
+    if (is(EFault::LeaksAtWork))
+        leaked = std::malloc(std::size_t{1} << 14);
     const tresult result = CTestEffect::setParamNormalized(id, value);
     return is(EFault::UnknownIdTaken) && getIsInitialized() ? kResultOk : result;
 }

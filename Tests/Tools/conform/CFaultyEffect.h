@@ -46,6 +46,8 @@ public:
     Steinberg::tresult getParamValueByString(Steinberg::Vst::ParamID id,
                                              Steinberg::Vst::TChar* string,
                                              Steinberg::Vst::ParamValue& value) override;
+    Steinberg::Vst::ParamValue getParamNormalized(Steinberg::Vst::ParamID id) override;
+    Steinberg::IPlugView* createView(Steinberg::FIDString name) override;
     Steinberg::Vst::ParamValue plainParamToNormalized(Steinberg::Vst::ParamID id,
                                                       Steinberg::Vst::ParamValue plain) override;
     Steinberg::tresult setParamNormalized(Steinberg::Vst::ParamID id,
@@ -58,6 +60,7 @@ private:
     void abortOn(const Steinberg::Vst::ProcessData& data) const;
     void beforeProcess(Steinberg::Vst::ProcessData& data);
     void automateLate(const Steinberg::Vst::ProcessData& data);
+    void takeOddPoints(const Steinberg::Vst::ProcessData& data);
     template <class Sample>
     void spoil(Steinberg::Vst::ProcessData& data, Sample** ins, Sample** outs);
 
@@ -67,8 +70,12 @@ private:
     bool isNanThere = false;
     bool isSecondQuery = false;
     bool isSwitchedOn = false;
+    bool isOdd = false; // of the instances that were given a state
+    bool isRateBroken = false;
+    std::atomic<double> oddPoint = 0.0;
     std::int64_t position = 0;
     void* scratch = nullptr;
+    void* leaked = nullptr;
 };
 
 } // namespace tsm

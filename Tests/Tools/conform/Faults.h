@@ -58,6 +58,17 @@ enum class EFault {
     FlushLost,
     TailUntold,
     OneAtATime,
+    OddPointTaken,
+    FactoryReferenceKept,
+    FactoryEmptied,
+    CategoriesMissing,
+    NeedsInitialize,
+    NeedsWholeRate,
+    NeedsTransport,
+    LeaksAtWork,
+    InstancesDiffer,
+    ViewWithoutSize,
+    PeerKept,
     Count,
 };
 
@@ -124,7 +135,20 @@ constexpr std::array kFaults{
     CFaultRow{EFault::OfflineBroken, "OfflineBroken", "process.offline"},
     CFaultRow{EFault::FlushLost, "FlushLost", "automation.flush"},
     CFaultRow{EFault::TailUntold, "TailUntold", "timing.tail"},
-    CFaultRow{EFault::OneAtATime, "OneAtATime", "threads.instances"}};
+    CFaultRow{EFault::OneAtATime, "OneAtATime", "threads.instances"},
+    CFaultRow{EFault::OddPointTaken, "OddPointTaken", "automation.odd-points"},
+    CFaultRow{EFault::FactoryReferenceKept, "FactoryReferenceKept", "factory.identity"},
+    CFaultRow{EFault::FactoryEmptied, "FactoryEmptied", "module.factory"},
+    CFaultRow{EFault::CategoriesMissing, "CategoriesMissing",
+              "factory.categories factory.description"},
+    CFaultRow{EFault::NeedsInitialize, "NeedsInitialize", "life.outside"},
+    CFaultRow{EFault::NeedsWholeRate, "NeedsWholeRate", "life.restarts"},
+    CFaultRow{EFault::NeedsTransport, "NeedsTransport", "process.null"},
+    CFaultRow{EFault::LeaksAtWork, "LeaksAtWork", "resources.long-run"},
+    CFaultRow{EFault::InstancesDiffer, "InstancesDiffer", "state.sound"},
+    CFaultRow{EFault::ViewWithoutSize, "ViewWithoutSize", "view.unattached"},
+    // Of the class of two objects only.
+    CFaultRow{EFault::PeerKept, "PeerKept", ""}};
 static_assert(kFaults.size() == static_cast<std::size_t>(EFault::Count));
 
 } // namespace tsm
