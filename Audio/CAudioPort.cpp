@@ -128,14 +128,6 @@ bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
     return isChanged;
 }
 
-int CAudioPort::getBlockLength() const noexcept
-{
-    for (const CAudioLink& link : links)
-        if (link.getFormat().channelCount > 0)
-            return link.getBlockLength();
-    return 0;
-}
-
 void CAudioPort::pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput)
 {
     for (int i = 0; i < channelCount; ++i) {
@@ -148,12 +140,6 @@ void CAudioPort::pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool
         if (!channel.result.buffer)
             channel.result.buffer = pool.takeFilled(length, 0.0);
     }
-}
-
-void CAudioPort::release() noexcept
-{
-    for (int i = 0; i < channelCount; ++i)
-        channels[i].result.buffer.reset();
 }
 
 void CAudioPort::resetDelays()

@@ -39,12 +39,22 @@ public:
     /// their groups are others than before.
     [[nodiscard]] bool rebuild(CAudioBlockPool& pool, int inputLatency);
     /// The samples that have arrived in this sub-block; 0 when nothing has.
-    [[nodiscard]] int getBlockLength() const noexcept;
+    [[nodiscard]] int getBlockLength() const noexcept
+    {
+        for (const CAudioLink& link : links)
+            if (link.hasChannels())
+                return link.getBlockLength();
+        return 0;
+    }
     /// Takes the blocks off the links, delays and combines them. A channel without a block is
     /// silent. With `isFilledByInput` a delay starts filled with its first sample.
     void pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput);
     /// Drops the blocks of this sub-block.
-    void release() noexcept;
+    void release() noexcept
+    {
+        for (int i = 0; i < channelCount; ++i)
+            channels[i].result.buffer.reset();
+    }
     void resetDelays();
 
 private:
