@@ -89,7 +89,7 @@ private:
     CAudioPort& destination;
     int sourcePort;
     int blockLength = 0;
-    bool isUsed = false; // the format has channels
+    bool isUsed = false;           // the format has channels
     CLane lanes[kMaxPortChannels]; // by position of the channel
     CAudioFormat format;
     double delayRate = 0.0; // what the delays hold has this rate

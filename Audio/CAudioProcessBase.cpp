@@ -208,7 +208,7 @@ void CAudioProcessBase::reset()
 
 // A sub-block
 
-bool CAudioProcessBase::pull()
+bool CAudioProcessBase::beginPull()
 {
     blockLength = 0;
     for (CAudioPort& port : ports)
@@ -220,7 +220,12 @@ bool CAudioProcessBase::pull()
         runUpdate(true);
     else if (paramsChanged)
         runUpdate(false);
-    if (blockLength == 0)
+    return blockLength > 0;
+}
+
+bool CAudioProcessBase::pull()
+{
+    if (!beginPull())
         return false;
     for (CAudioPort& port : ports)
         port.pull(getPool(), blockLength, inputCombo, isFilledByInput);

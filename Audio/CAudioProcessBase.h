@@ -88,6 +88,14 @@ protected:
     /// Takes the inputs of this sub-block; calls `update` first where formats or parameters have
     /// changed. False when no samples have arrived.
     bool pull();
+    /// The first half of `pull`: all of it but the blocks, which `takeInput` then takes one by one;
+    /// for a process that only hands them on.
+    bool beginPull();
+    /// The block of a channel of an input port, once a sub-block.
+    [[nodiscard]] CAudioBlockRef takeInput(CAudioPort& port, int channel)
+    {
+        return port.take(channel, getPool(), blockLength, inputCombo, isFilledByInput);
+    }
     /// True while `update` wants to be called at each sub-block.
     [[nodiscard]] virtual bool needsUpdates() const { return false; }
     /// Called around `update` to mark or unmark all parameters.
