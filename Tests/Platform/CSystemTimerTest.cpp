@@ -102,7 +102,8 @@ TEST(AMessageTimerThreads, TicksOnItsOwnThreadAndMergesWhatThatMissed)
     CCounter counter;
     CMessageTimer timer(&CCounter::tick, &counter);
     ASSERT_EQ(timer.start(5), 0);
-    sleepMs(100);
+    EXPECT_TRUE(CMessageQueue::wait(5000));
+    sleepMs(50); // several more, which are one by then
     EXPECT_EQ(counter.count, 0);
     CMessageQueue::dispatchPending();
     EXPECT_EQ(counter.count, 1);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -167,12 +168,15 @@ TEST_F(MonitorCommand, WritesWhatBothMetersSentAtTheirFrames)
 
 TEST_F(MonitorCommand, PlaysInTimeWithTheTimersFramesThreads)
 {
+    const auto begin = std::chrono::steady_clock::now();
     const CCommandResult result =
         run({"--messages", "--fps", "20", "--do", "0.2 set modReelpath.recgain 3"});
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
     ASSERT_EQ(result.status, 0) << result.err;
     const auto requests = linesWith(result.out, {"request-viz-data"});
-    EXPECT_GE(requests.size(), 4u);
-    EXPECT_LE(requests.size(), 12u); // ten, and the last
+    // No more than the timer's, and the last; a busy machine drops some.
+    EXPECT_GE(requests.size(), 2u);
+    EXPECT_LE(static_cast<double>(requests.size()), 20.0 * passed.count() + 2.0);
     EXPECT_EQ(requests[0], "> request-viz-data 1 20");
     EXPECT_EQ(linesWith(result.out, {"Recording gain change\"]"}).size(), 1u);
 }

@@ -159,7 +159,7 @@ TEST_F(AnAuditThreads, CountsLocksAndWaitsByLockOnItsOwnThread)
         const CLockScope scope(held);
         const std::lock_guard guard(mutex);
         isHeld = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        std::this_thread::sleep_for(std::chrono::milliseconds(300)); // until it is waited for
     });
     while (!isHeld)
         std::this_thread::yield();
