@@ -10,13 +10,13 @@ namespace {
 /// Sums for `Count` vectors of bins from `at` on stay in registers over all pairs.
 template <int Count>
 TSM_INLINE void sumProductsAt(const double* const* a, const double* const* b, int pairCount,
-                              double* sum, int halfCount, int at)
+                              double* sum, int halfCount, bool adds, int at)
 {
     V sumRe[Count];
     V sumIm[Count];
     for (int i = 0; i < Count; ++i) {
-        sumRe[i] = V{};
-        sumIm[i] = V{};
+        sumRe[i] = adds ? load(sum + at + i * kLanes) : V{};
+        sumIm[i] = adds ? load(sum + at + halfCount + i * kLanes) : V{};
     }
     for (int pair = 0; pair < pairCount; ++pair) {
         const double* x = a[pair] + at;
@@ -39,26 +39,21 @@ TSM_INLINE void sumProductsAt(const double* const* a, const double* const* b, in
 }
 
 void sumProducts(const double* const* a, const double* const* b, int pairCount, double* sum,
-                 int halfCount, int first, int end) noexcept
+                 int halfCount, bool adds) noexcept
 {
-    // Two vectors fill the registers of the narrow builds; the wide one has twice as many, and an
-    // odd one out, since the bins come in eights.
-    int at = first;
-    if constexpr (kLanes == 8)
-        for (; at + 4 * kLanes <= end; at += 4 * kLanes)
-            sumProductsAt<4>(a, b, pairCount, sum, halfCount, at);
-    for (; at + 2 * kLanes <= end; at += 2 * kLanes)
-        sumProductsAt<2>(a, b, pairCount, sum, halfCount, at);
-    for (; at < end; at += kLanes)
-        sumProductsAt<1>(a, b, pairCount, sum, halfCount, at);
-    if (first > 0)
-        return;
-    double zero = 0.0;
-    double nyquist = 0.0;
+    double zero = adds ? sum[0] : 0.0;
+    double nyquist = adds ? sum[halfCount] : 0.0;
     for (int pair = 0; pair < pairCount; ++pair) {
         zero += a[pair][0] * b[pair][0];
         nyquist += a[pair][halfCount] * b[pair][halfCount];
     }
+    // Two vectors fill the registers of the narrow builds; the wide one has twice as many.
+    int at = 0;
+    if constexpr (kLanes == 8)
+        for (; at + 4 * kLanes <= halfCount; at += 4 * kLanes)
+            sumProductsAt<4>(a, b, pairCount, sum, halfCount, adds, at);
+    for (; at < halfCount; at += 2 * kLanes)
+        sumProductsAt<2>(a, b, pairCount, sum, halfCount, adds, at);
     sum[0] = zero;
     sum[halfCount] = nyquist;
 }
