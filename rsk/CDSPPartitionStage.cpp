@@ -20,7 +20,8 @@ std::size_t bytesOf(int count)
 
 CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int outputLag, int offset)
     : transform(CDSPRealFFTPool::get(blockOrder + 1)), order(blockOrder), block(1 << blockOrder),
-      lag(outputLag), startOffset(offset), frame(2 * block), sum(2 * block), output(2 * block)
+      lag(outputLag), startOffset(offset), frame(2 * block), sum(2 * block), next(2 * block),
+      output(2 * block)
 {
     assert(lag >= 0 && lag < block && offset >= 0 && offset < block);
     reset();
@@ -67,6 +68,7 @@ void CDSPPartitionStage::reset() noexcept
     toBoundary = block - startOffset;
     toOutput = lag > startOffset ? lag - startOffset : toBoundary + lag;
     summedCount = 0;
+    isSecond = false;
     hasNewest = false;
     known = 0;
     frame.clear();
@@ -85,7 +87,7 @@ void CDSPPartitionStage::process(const double* in, double* out, int count, doubl
             out[i] += ready[i];
         toBoundary -= step;
         toOutput -= step;
-        sumUpTo((getPastCount() * (block - toOutput)) >> order);
+        sumPast();
         if (toBoundary == 0)
             transformInput(work);
         if (toOutput == 0)
@@ -112,17 +114,22 @@ void CDSPPartitionStage::transformInput(double* work) noexcept
 
 void CDSPPartitionStage::makeOutput(double* work) noexcept
 {
+    const int past = getPastCount();
     if (hasNewest) {
-        sumUpTo(getPastCount() + 1);
+        kernels.sumProducts(inputs.data() + inputs.getCount() - 1,
+                            filter.partitions->data() + filter.getCount() - 1, 1, sum.data(), block,
+                            past > 0);
         // The frame held the later block in front of the one before, so what is valid of the
         // circular convolution stands in front as well.
         transform.inverseSplit(sum.data(), output.data(), work);
     }
+    hasNewest = false;
+    toOutput = block;
+    isSecond = !isSecond && past > 0 && !hasPending;
+    summedCount = isSecond ? getPastCount() - 1 : 0;
+    sum.swap(next);
     if (hasPending)
         takePending();
-    hasNewest = false;
-    summedCount = 0;
-    toOutput = block;
 }
 
 /// Partitions that the sum under way can have without the newest input. What came before the known
@@ -132,16 +139,25 @@ int CDSPPartitionStage::getPastCount() const noexcept
     return std::min(filter.getCount() - 1, known - (hasNewest ? 1 : 0));
 }
 
-/// The partition with the latest taps comes first, and the newest input last.
-void CDSPPartitionStage::sumUpTo(int target) noexcept
+/// Brings the sum to the share of the past that fits the time passed. The partition with the latest
+/// taps comes first, and the newest input last.
+void CDSPPartitionStage::sumPast() noexcept
 {
+    const int past = getPastCount();
+    const int target = (past * (block - toOutput)) >> order;
     if (target <= summedCount)
         return;
-    const int past = getPastCount();
-    const int newest = inputs.getCount() - (hasNewest ? 1 : 0);
-    kernels.sumProducts(inputs.data() + newest - past + summedCount,
-                        filter.partitions->data() + filter.getCount() - 1 - past + summedCount,
-                        target - summedCount, sum.data(), block, summedCount > 0);
+    const double* const* spectra =
+        inputs.data() + inputs.getCount() - (hasNewest ? 1 : 0) - past + summedCount;
+    const int first = filter.getCount() - 1 - past + summedCount; // partition
+    const double* const* taps = filter.partitions->data() + first;
+    const int count = target - summedCount;
+    const bool adds = summedCount > 0;
+    if (isSecond)
+        kernels.sumProducts(spectra, taps, count, sum.data(), block, adds);
+    else
+        kernels.sumProductsTwice(spectra, taps, first > 0 ? taps[-1] : nullptr, count, sum.data(),
+                                 next.data(), block, adds);
     summedCount = target;
 }
 

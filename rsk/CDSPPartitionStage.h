@@ -18,8 +18,8 @@ using CDSPImpulseRef = std::shared_ptr<const CDSPConvolverImpulse>;
 /// completes a sum, and this is transformed back: so the output is late by a block and the lag.
 /// What earlier blocks add to a sum is known long before, and is summed evenly as samples pass.
 ///
-/// The sum goes spectrum by spectrum rather than bin by bin: past spectra that other instances have
-/// driven out of the cache are then read in the order that prefetchers expect.
+/// Every second block makes that part for two sums at once, since reading the spectra is what takes
+/// the time; the second of them then lacks one product more.
 class CDSPPartitionStage {
 public:
     /// Blocks of 2^order samples (order 4 to 15); the first one is taken as `startOffset` samples
@@ -53,7 +53,7 @@ private:
     void transformInput(double* work) noexcept;
     void makeOutput(double* work) noexcept;
     [[nodiscard]] int getPastCount() const noexcept;
-    void sumUpTo(int target) noexcept;
+    void sumPast() noexcept;
     void takePending() noexcept;
 
     const CDSPKernels& kernels = dspKernels();
@@ -64,7 +64,8 @@ private:
     const int startOffset;
     int toBoundary = 0;
     int toOutput = 0;
-    int summedCount = 0;    // partitions that are in the sum
+    int summedCount = 0;    // past partitions that are in the sum
+    bool isSecond = false;  // sum of two, which has all but the last of them from the start
     bool hasNewest = false; // the last spectrum is the one that completes the sum
     bool hasPending = false;
     CFilter filter;
@@ -74,6 +75,7 @@ private:
     int known = 0;                 // of the last ones, that hold something
     CAlignedArray<double> frame;   // the block being filled, then the one before
     CAlignedArray<double> sum;
+    CAlignedArray<double> next; // the second sum
     CAlignedArray<double> output;
 };
 

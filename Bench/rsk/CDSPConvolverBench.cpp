@@ -89,7 +89,7 @@ void checkBaseline(int length)
         }
 }
 
-/// The baseline: stages that grow by four and take turns sample by sample.
+/// The baseline: stages that grow by four, coded plainly.
 void convolveAsDescribed(benchmark::State& state)
 {
     const int length = static_cast<int>(state.range(0));

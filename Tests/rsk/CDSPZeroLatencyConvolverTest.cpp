@@ -360,26 +360,51 @@ TEST_P(AConvolverKernel, EqualsTheDirectSum)
     }
 }
 
+constexpr int kHalfCount = 96; // whole runs of the widest build, and a rest
+
+/// Adds the product of two split spectra to `sum`.
+void addProduct(CSamples& sum, const CSamples& a, const CSamples& b)
+{
+    for (int k = 0; k < kHalfCount; ++k) {
+        const double x[] = {a[at(k)], a[at(kHalfCount + k)]};
+        const double y[] = {b[at(k)], b[at(kHalfCount + k)]};
+        sum[at(k)] += k == 0 ? x[0] * y[0] : x[0] * y[0] - x[1] * y[1];
+        sum[at(kHalfCount + k)] += k == 0 ? x[1] * y[1] : x[0] * y[1] + x[1] * y[0];
+    }
+}
+
 TEST_P(AConvolverKernel, SumsProductsOfBins)
 {
-    constexpr int kHalf = 64;
-    const CSamples a[] = {noise(2 * kHalf, 1), noise(2 * kHalf, 2), noise(2 * kHalf, 3)};
-    const CSamples b[] = {noise(2 * kHalf, 4), noise(2 * kHalf, 5), noise(2 * kHalf, 6)};
-    const double* pa[] = {a[0].data(), a[1].data(), a[2].data()};
-    const double* pb[] = {b[0].data(), b[1].data(), b[2].data()};
-    CSamples expected(2 * kHalf);
-    for (int pair = 0; pair < 3; ++pair)
-        for (int k = 0; k < kHalf; ++k) {
-            const double x[] = {a[pair][at(k)], a[pair][at(kHalf + k)]};
-            const double y[] = {b[pair][at(k)], b[pair][at(kHalf + k)]};
-            expected[at(k)] += k == 0 ? x[0] * y[0] : x[0] * y[0] - x[1] * y[1];
-            expected[at(kHalf + k)] += k == 0 ? x[1] * y[1] : x[0] * y[1] + x[1] * y[0];
-        }
+    std::vector<CSamples> a;
+    std::vector<CSamples> b;
+    std::vector<const double*> pa;
+    std::vector<const double*> pb;
+    CSamples expected(2 * kHalfCount);
+    CSamples expectedNext(2 * kHalfCount);
+    for (unsigned pair = 0; pair < 3; ++pair) {
+        a.push_back(noise(2 * kHalfCount, 1 + pair));
+        b.push_back(noise(2 * kHalfCount, 11 + pair));
+        pa.push_back(a[pair].data());
+        pb.push_back(b[pair].data());
+        addProduct(expected, a[pair], b[pair]);
+        if (pair > 0)
+            addProduct(expectedNext, a[pair], b[pair - 1]);
+    }
+    // 3 products of up to 2.0, a few roundings each
+    constexpr double kRounding = 1e-15 * 8;
     // Written, then added to.
-    CSamples sum(2 * kHalf, 99.0);
-    kernels->sumProducts(pa, pb, 1, sum.data(), kHalf, false);
-    kernels->sumProducts(pa + 1, pb + 1, 2, sum.data(), kHalf, true);
-    EXPECT_LT(worstDifference(sum, expected), 1e-15 * 8);
+    CSamples sum(2 * kHalfCount, 99.0);
+    kernels->sumProducts(pa.data(), pb.data(), 1, sum.data(), kHalfCount, false);
+    kernels->sumProducts(pa.data() + 1, pb.data() + 1, 2, sum.data(), kHalfCount, true);
+    EXPECT_LT(worstDifference(sum, expected), kRounding);
+    CSamples twice(2 * kHalfCount, 99.0);
+    CSamples next(2 * kHalfCount, 99.0);
+    kernels->sumProductsTwice(pa.data(), pb.data(), nullptr, 1, twice.data(), next.data(),
+                              kHalfCount, false);
+    kernels->sumProductsTwice(pa.data() + 1, pb.data() + 1, pb[0], 2, twice.data(), next.data(),
+                              kHalfCount, true);
+    EXPECT_LT(worstDifference(twice, expected), kRounding);
+    EXPECT_LT(worstDifference(next, expectedNext), kRounding);
 }
 
 TSM_FOR_ALL_DSP_BUILDS(AConvolverKernel);
