@@ -78,8 +78,8 @@ void CDSPFIRStage::endBlock(double* work) noexcept
     transform.forwardSplit(frame.data(), newest, work);
     std::memcpy(frame.data() + block, frame.data(),
                 static_cast<std::size_t>(block) * sizeof(double));
-    kernels.sumProducts(inputs.data(), filters.data(), filters.getCount(), output.data(), block,
-                        false);
+    kernels.sumProducts(inputs.data(), filters.data(), filters.getCount(), output.data(), block, 0,
+                        block, false);
     transform.inverseSplit(output.data(), output.data(), work);
 }
 

@@ -11,6 +11,9 @@ namespace tsm::rsk {
 
 namespace {
 
+/// Bins that are summed at once: what the kernels do best, and a divisor of all blocks.
+constexpr int kBinRun = 32;
+
 std::size_t bytesOf(int count)
 {
     return static_cast<std::size_t>(count) * sizeof(double);
@@ -67,7 +70,7 @@ void CDSPPartitionStage::reset() noexcept
 {
     toBoundary = block - startOffset;
     toOutput = lag > startOffset ? lag - startOffset : toBoundary + lag;
-    summedCount = 0;
+    binsDone = 0;
     isSecond = false;
     hasNewest = false;
     known = 0;
@@ -118,7 +121,7 @@ void CDSPPartitionStage::makeOutput(double* work) noexcept
     if (hasNewest) {
         kernels.sumProducts(inputs.data() + inputs.getCount() - 1,
                             filter.partitions->data() + filter.getCount() - 1, 1, sum.data(), block,
-                            past > 0);
+                            0, block, past > 0);
         // The frame held the later block in front of the one before, so what is valid of the
         // circular convolution stands in front as well.
         transform.inverseSplit(sum.data(), output.data(), work);
@@ -126,7 +129,7 @@ void CDSPPartitionStage::makeOutput(double* work) noexcept
     hasNewest = false;
     toOutput = block;
     isSecond = !isSecond && past > 0 && !hasPending;
-    summedCount = isSecond ? getPastCount() - 1 : 0;
+    binsDone = 0;
     sum.swap(next);
     if (hasPending)
         takePending();
@@ -139,26 +142,24 @@ int CDSPPartitionStage::getPastCount() const noexcept
     return std::min(filter.getCount() - 1, known - (hasNewest ? 1 : 0));
 }
 
-/// Brings the sum to the share of the past that fits the time passed. The partition with the latest
-/// taps comes first, and the newest input last.
+/// Brings the sum to as many bins as samples have passed. The partition with the latest taps comes
+/// first, and the newest input last.
 void CDSPPartitionStage::sumPast() noexcept
 {
+    const int end = (block - toOutput) & ~(kBinRun - 1);
     const int past = getPastCount();
-    const int target = (past * (block - toOutput)) >> order;
-    if (target <= summedCount)
+    if (end == binsDone || past == 0)
         return;
-    const double* const* spectra =
-        inputs.data() + inputs.getCount() - (hasNewest ? 1 : 0) - past + summedCount;
-    const int first = filter.getCount() - 1 - past + summedCount; // partition
+    const double* const* spectra = inputs.data() + inputs.getCount() - (hasNewest ? 1 : 0) - past;
+    const int first = filter.getCount() - 1 - past;
     const double* const* taps = filter.partitions->data() + first;
-    const int count = target - summedCount;
-    const bool adds = summedCount > 0;
     if (isSecond)
-        kernels.sumProducts(spectra, taps, count, sum.data(), block, adds);
+        kernels.sumProducts(spectra + past - 1, taps + past - 1, 1, sum.data(), block, binsDone,
+                            end, true);
     else
-        kernels.sumProductsTwice(spectra, taps, first > 0 ? taps[-1] : nullptr, count, sum.data(),
-                                 next.data(), block, adds);
-    summedCount = target;
+        kernels.sumProductsTwice(spectra, taps, first > 0 ? taps[-1] : nullptr, past, sum.data(),
+                                 next.data(), block, binsDone, end);
+    binsDone = end;
 }
 
 } // namespace tsm::rsk

@@ -16,13 +16,13 @@ using CDSPImpulseRef = std::shared_ptr<const CDSPConvolverImpulse>;
 /// (Wefers, "Partitioned convolution algorithms for real-time auralization", 2015). A block is
 /// transformed at its end. A lag later, which may be none, its product with the first partition
 /// completes a sum, and this is transformed back: so the output is late by a block and the lag.
-/// What earlier blocks add to a sum is known long before, and is summed evenly as samples pass.
+/// What earlier blocks add to a sum is known long before, and is summed bin by bin as samples pass.
 ///
 /// Every second block makes that part for two sums at once, since reading the spectra is what takes
 /// the time; the second of them then lacks one product more.
 class CDSPPartitionStage {
 public:
-    /// Blocks of 2^order samples (order 4 to 15); the first one is taken as `startOffset` samples
+    /// Blocks of 2^order samples (order 5 to 15); the first one is taken as `startOffset` samples
     /// old already, so that stages elsewhere transform at other moments. Lag and offset are less
     /// than a block.
     CDSPPartitionStage(int blockOrder, int outputLag, int startOffset);
@@ -64,7 +64,7 @@ private:
     const int startOffset;
     int toBoundary = 0;
     int toOutput = 0;
-    int summedCount = 0;    // past partitions that are in the sum
+    int binsDone = 0;       // of the past's part of the sum
     bool isSecond = false;  // sum of two, which has all but the last of them from the start
     bool hasNewest = false; // the last spectrum is the one that completes the sum
     bool hasPending = false;

@@ -62,18 +62,20 @@ struct CRealBins {
 };
 
 void sumProducts(const double* const* a, const double* const* b, int pairCount, double* sum,
-                 int halfCount, bool adds) noexcept
+                 int halfCount, int first, int end, bool adds) noexcept
 {
     CRealBins bins(sum, halfCount, adds);
+    // Two vectors fill the registers of the narrow builds; the wide one has twice as many.
+    int at = first;
+    if constexpr (kLanes == 8)
+        for (; at + 4 * kLanes <= end; at += 4 * kLanes)
+            sumProductsAt<4>(a, b, pairCount, sum, halfCount, adds, at);
+    for (; at < end; at += 2 * kLanes)
+        sumProductsAt<2>(a, b, pairCount, sum, halfCount, adds, at);
+    if (first > 0)
+        return;
     for (int pair = 0; pair < pairCount; ++pair)
         bins.add(a[pair], b[pair]);
-    // Two vectors fill the registers of the narrow builds; the wide one has twice as many.
-    int at = 0;
-    if constexpr (kLanes == 8)
-        for (; at + 4 * kLanes <= halfCount; at += 4 * kLanes)
-            sumProductsAt<4>(a, b, pairCount, sum, halfCount, adds, at);
-    for (; at < halfCount; at += 2 * kLanes)
-        sumProductsAt<2>(a, b, pairCount, sum, halfCount, adds, at);
     bins.put(sum);
 }
 
@@ -81,8 +83,7 @@ void sumProducts(const double* const* a, const double* const* b, int pairCount, 
 /// the next `x`, that of the other.
 template <int Count>
 TSM_INLINE void sumTwiceAt(const double* const* a, const double* const* b, const double* before,
-                           int pairCount, double* sum, double* next, int halfCount, bool adds,
-                           int at)
+                           int pairCount, double* sum, double* next, int halfCount, int at)
 {
     V sumRe[Count];
     V sumIm[Count];
@@ -93,10 +94,10 @@ TSM_INLINE void sumTwiceAt(const double* const* a, const double* const* b, const
     for (int i = 0; i < Count; ++i) {
         const int re = at + i * kLanes;
         const int im = re + halfCount;
-        sumRe[i] = adds ? load(sum + re) : V{};
-        sumIm[i] = adds ? load(sum + im) : V{};
-        nextRe[i] = adds ? load(next + re) : V{};
-        nextIm[i] = adds ? load(next + im) : V{};
+        sumRe[i] = V{};
+        sumIm[i] = V{};
+        nextRe[i] = V{};
+        nextIm[i] = V{};
         yRe[i] = before ? load(before + re) : V{};
         yIm[i] = before ? load(before + im) : V{};
     }
@@ -129,22 +130,25 @@ TSM_INLINE void sumTwiceAt(const double* const* a, const double* const* b, const
 }
 
 void sumProductsTwice(const double* const* a, const double* const* b, const double* before,
-                      int pairCount, double* sum, double* next, int halfCount, bool adds) noexcept
+                      int pairCount, double* sum, double* next, int halfCount, int first,
+                      int end) noexcept
 {
-    CRealBins sumBins(sum, halfCount, adds);
-    CRealBins nextBins(next, halfCount, adds);
+    int at = first;
+    if constexpr (kLanes == 8)
+        for (; at + 4 * kLanes <= end; at += 4 * kLanes)
+            sumTwiceAt<4>(a, b, before, pairCount, sum, next, halfCount, at);
+    for (; at < end; at += 2 * kLanes)
+        sumTwiceAt<2>(a, b, before, pairCount, sum, next, halfCount, at);
+    if (first > 0)
+        return;
+    CRealBins sumBins(sum, halfCount, false);
+    CRealBins nextBins(next, halfCount, false);
     for (int pair = 0; pair < pairCount; ++pair) {
         const double* last = pair > 0 ? b[pair - 1] : before;
         sumBins.add(a[pair], b[pair]);
         if (last)
             nextBins.add(a[pair], last);
     }
-    int at = 0;
-    if constexpr (kLanes == 8)
-        for (; at + 4 * kLanes <= halfCount; at += 4 * kLanes)
-            sumTwiceAt<4>(a, b, before, pairCount, sum, next, halfCount, adds, at);
-    for (; at < halfCount; at += 2 * kLanes)
-        sumTwiceAt<2>(a, b, before, pairCount, sum, next, halfCount, adds, at);
     sumBins.put(sum);
     nextBins.put(next);
 }

@@ -392,18 +392,23 @@ TEST_P(AConvolverKernel, SumsProductsOfBins)
     }
     // 3 products of up to 2.0, a few roundings each
     constexpr double kRounding = 1e-15 * 8;
-    // Written, then added to.
     CSamples sum(2 * kHalfCount, 99.0);
-    kernels->sumProducts(pa.data(), pb.data(), 1, sum.data(), kHalfCount, false);
-    kernels->sumProducts(pa.data() + 1, pb.data() + 1, 2, sum.data(), kHalfCount, true);
+    CSamples twice = sum;
+    CSamples next = sum;
+    for (const int first : {0, 16, 32}) {
+        const int end = first < 32 ? first + 16 : kHalfCount;
+        kernels->sumProducts(pa.data(), pb.data(), 1, sum.data(), kHalfCount, first, end, false);
+        kernels->sumProducts(pa.data() + 1, pb.data() + 1, 2, sum.data(), kHalfCount, first, end,
+                             true);
+        kernels->sumProductsTwice(pa.data(), pb.data(), nullptr, 3, twice.data(), next.data(),
+                                  kHalfCount, first, end);
+    }
     EXPECT_LT(worstDifference(sum, expected), kRounding);
-    CSamples twice(2 * kHalfCount, 99.0);
-    CSamples next(2 * kHalfCount, 99.0);
-    kernels->sumProductsTwice(pa.data(), pb.data(), nullptr, 1, twice.data(), next.data(),
-                              kHalfCount, false);
-    kernels->sumProductsTwice(pa.data() + 1, pb.data() + 1, pb[0], 2, twice.data(), next.data(),
-                              kHalfCount, true);
     EXPECT_LT(worstDifference(twice, expected), kRounding);
+    EXPECT_LT(worstDifference(next, expectedNext), kRounding);
+    kernels->sumProductsTwice(pa.data(), pb.data(), pb[2], 3, twice.data(), next.data(), kHalfCount,
+                              0, kHalfCount);
+    addProduct(expectedNext, a[0], b[2]);
     EXPECT_LT(worstDifference(next, expectedNext), kRounding);
 }
 
