@@ -17,31 +17,22 @@ void CAudioLink::publish(const CAudioFormat& newFormat)
     if (newFormat == format)
         return;
     format = newFormat;
+    isUsed = format.channelCount > 0;
     for (int i = format.channelCount; i < kMaxPortChannels; ++i)
-        blocks[i].reset();
+        lanes[i].block.reset();
     destination.raiseInputChange();
 }
 
 void CAudioLink::clear() noexcept
 {
-    for (CAudioBlockRef& block : blocks)
-        block.reset();
+    for (CLane& lane : lanes)
+        lane.block.reset();
 }
 
-CAudioBlockRef CAudioLink::takeInTime(int index, CAudioBlockPool& pool, int length,
-                                      bool isFilledByInput)
+CAudioBlockRef CAudioLink::delayed(CLane& lane, CAudioBlockRef block, CAudioBlockPool& pool,
+                                   int length, bool isFilledByInput)
 {
-    CAudioBlockRef block = take(index);
-    // A block of another length comes from a part of the graph that runs at another rate.
-    if (!block || blockLength != length)
-        return {};
-    CLinkDelay& slot = delays[index];
-    slot.hasPassed = true;
-    slot.channel = format.channels[index].channel;
-    if (!slot.delay)
-        return block;
-
-    CDSPModDelay& delay = *slot.delay;
+    CDSPModDelay& delay = *lane.delay;
     if (delay.isFresh())
         delay.setFillValue(isFilledByInput ? block.read()[0] : 0.0);
     if (block.isSole()) {
@@ -53,53 +44,60 @@ CAudioBlockRef CAudioLink::takeInTime(int index, CAudioBlockPool& pool, int leng
         block = std::move(out);
     }
     if (delay.getDelay() == 0 && !delay.isFading())
-        slot.delay.reset(); // faded out
+        lane.delay.reset(); // faded out
     return block;
+}
+
+void CAudioLink::CLane::resetDelay()
+{
+    delay.reset();
+    channel = 0;
+    hasPassed = false;
 }
 
 void CAudioLink::fitDelays(CAudioBlockPool& pool, int inputLatency)
 {
     if (delayRate != format.sampleRate)
-        for (CLinkDelay& slot : delays)
-            slot = CLinkDelay();
+        for (CLane& lane : lanes)
+            lane.resetDelay();
     delayRate = format.sampleRate;
     for (int i = 0; i < kMaxPortChannels; ++i) {
-        CLinkDelay& slot = delays[i];
-        if (i >= format.channelCount || slot.channel != format.channels[i].channel)
-            slot = CLinkDelay();
+        CLane& lane = lanes[i];
+        if (i >= format.channelCount || lane.channel != format.channels[i].channel)
+            lane.resetDelay();
         if (i >= format.channelCount)
             continue;
-        slot.channel = format.channels[i].channel;
+        lane.channel = format.channels[i].channel;
         fitDelay(pool, i, inputLatency - format.channels[i].latency);
     }
 }
 
 void CAudioLink::fitDelay(CAudioBlockPool& pool, int index, int wanted)
 {
-    CLinkDelay& slot = delays[index];
-    const bool isNew = !slot.delay;
+    CLane& lane = lanes[index];
+    const bool isNew = !lane.delay;
     if (isNew && wanted == 0)
         return;
     if (isNew)
-        slot.delay.reset(new CDSPModDelay(pool, kDelayBlockSize));
-    slot.delay->setFadeLength(roundToInt(format.sampleRate * kDelayFadeSeconds));
-    if (isNew && slot.hasPassed)
-        slot.delay->joinSignal(wanted);
+        lane.delay.reset(new CDSPModDelay(pool, kDelayBlockSize));
+    lane.delay->setFadeLength(roundToInt(format.sampleRate * kDelayFadeSeconds));
+    if (isNew && lane.hasPassed)
+        lane.delay->joinSignal(wanted);
     else
-        slot.delay->setDelay(wanted);
-    if (wanted == 0 && slot.delay->isFresh())
-        slot.delay.reset();
+        lane.delay->setDelay(wanted);
+    if (wanted == 0 && lane.delay->isFresh())
+        lane.delay.reset();
 }
 
 void CAudioLink::resetDelays()
 {
     clear();
-    for (CLinkDelay& slot : delays) {
-        slot.hasPassed = false;
-        if (slot.delay)
-            slot.delay->reset();
-        if (slot.delay && slot.delay->getDelay() == 0)
-            slot.delay.reset();
+    for (CLane& lane : lanes) {
+        lane.hasPassed = false;
+        if (lane.delay)
+            lane.delay->reset();
+        if (lane.delay && lane.delay->getDelay() == 0)
+            lane.delay.reset();
     }
 }
 

@@ -15,7 +15,7 @@ class CAudioLink : public CCheckedObject, public CTsmMemAllocator {
 public:
     /// `source` is null for a signal from outside of the graph.
     CAudioLink(CAudioProcessBase* from, int fromPort, CAudioPort& to)
-        : source(from), sourcePort(fromPort), destination(to)
+        : source(from), destination(to), sourcePort(fromPort)
     {
     }
     CAudioLink(const CAudioLink&) = delete;
@@ -24,19 +24,31 @@ public:
     /// Hands a format on; the destination hears of it only if it differs from the present one.
     void publish(const CAudioFormat& newFormat);
     [[nodiscard]] const CAudioFormat& getFormat() const noexcept { return format; }
+    /// Whether the format has any.
+    [[nodiscard]] bool hasChannels() const noexcept { return isUsed; }
 
     /// Hands a block on, for the channel at `index` of the format.
     void put(int index, CAudioBlockRef block, int length) noexcept
     {
-        blocks[index] = std::move(block);
+        lanes[index].block = std::move(block);
         blockLength = length;
     }
     /// Takes the block out; empty when none has come.
-    [[nodiscard]] CAudioBlockRef take(int index) noexcept { return std::move(blocks[index]); }
+    [[nodiscard]] CAudioBlockRef take(int index) noexcept { return std::move(lanes[index].block); }
     /// Takes the block out behind its delay, `length` samples; empty when none has come. With
     /// `isFilledByInput` a delay starts filled with its first sample.
     [[nodiscard]] CAudioBlockRef takeInTime(int index, CAudioBlockPool& pool, int length,
-                                            bool isFilledByInput);
+                                            bool isFilledByInput)
+    {
+        CLane& lane = lanes[index];
+        CAudioBlockRef block = std::move(lane.block);
+        // A block of another length comes from a part of the graph that runs at another rate.
+        if (!block || blockLength != length)
+            return {};
+        lane.hasPassed = true;
+        return lane.delay ? delayed(lane, std::move(block), pool, length, isFilledByInput)
+                          : std::move(block);
+    }
     [[nodiscard]] int getBlockLength() const noexcept { return blockLength; }
     /// Drops blocks that nobody has taken.
     void clear() noexcept;
@@ -48,7 +60,7 @@ public:
     /// The delay that keeps the channel at `index` in time with the others; null for none.
     [[nodiscard]] CDSPModDelay* getDelay(int index) const noexcept
     {
-        return delays[index].delay.get();
+        return lanes[index].delay.get();
     }
     /// Brings the delays up to date: `inputLatency` less each channel's own. A channel whose signal
     /// is running gets, changes and loses its delay by a crossfade, and never by a jump.
@@ -56,21 +68,31 @@ public:
     void resetDelays();
 
 private:
-    struct CLinkDelay {
+    /// What is on its way for one channel of the format.
+    struct CLane {
+        CAudioBlockRef block;
         CPtr<CDSPModDelay> delay;
         std::uint32_t channel = 0; // which one has passed here so far
         bool hasPassed = false;    // since the beginning or the last reset
+
+        void resetDelay();
     };
 
     void fitDelay(CAudioBlockPool& pool, int index, int wanted);
+    [[nodiscard]] static CAudioBlockRef delayed(CLane& lane, CAudioBlockRef block,
+                                                CAudioBlockPool& pool, int length,
+                                                bool isFilledByInput);
+
+    // What a steady sub-block reads comes first and close together: a graph has many links, and
+    // its other work pushes them out of the nearest cache each time.
     CAudioProcessBase* source;
-    int sourcePort;
     CAudioPort& destination;
-    CAudioFormat format;
-    CAudioBlockRef blocks[kMaxPortChannels];
+    int sourcePort;
     int blockLength = 0;
-    CLinkDelay delays[kMaxPortChannels]; // by position of the channel
-    double delayRate = 0.0;              // what the delays hold has this rate
+    bool isUsed = false;           // the format has channels
+    CLane lanes[kMaxPortChannels]; // by position of the channel
+    CAudioFormat format;
+    double delayRate = 0.0; // what the delays hold has this rate
 };
 
 } // namespace tsm

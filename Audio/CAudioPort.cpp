@@ -73,8 +73,10 @@ void CAudioPort::removeLink(CAudioLink& link)
 {
     raiseInputChange();
     // The channels refer to the link until the next rebuild.
-    for (CPortChannel& channel : channels)
-        channel.sources.clear();
+    for (int i = 0; i < kMaxPortChannels; ++i) {
+        channels[i].sole = nullptr;
+        sources[i].clear();
+    }
     links.remove(links.indexOf(&link));
 }
 
@@ -87,22 +89,23 @@ int CAudioPort::findLatency() const noexcept
     return latency;
 }
 
-/// The place of a channel, in order of the slots; a new one gets the group of its first source.
-CAudioPort::CPortChannel& CAudioPort::channelOf(const CAudioChannelFormat& format)
+/// The sources of a channel, which gets its place in order of the slots; a new one gets the group
+/// of its first source.
+CAudioPort::CSources& CAudioPort::sourcesOf(const CAudioChannelFormat& format)
 {
     int at = 0;
     while (at < channelCount && channels[at].result.channel < format.channel)
         ++at;
     if (at < channelCount && channels[at].result.channel == format.channel)
-        return channels[at];
+        return sources[at];
     assert(channelCount < kMaxPortChannels);
     std::move_backward(channels + at, channels + channelCount, channels + channelCount + 1);
+    std::move_backward(sources + at, sources + channelCount, sources + channelCount + 1);
     ++channelCount;
-    CPortChannel& made = channels[at];
-    made.sources.clear();
-    static_cast<CAudioChannelFormat&>(made.result) = format;
-    made.result.buffer.reset();
-    return made;
+    static_cast<CAudioChannelFormat&>(channels[at].result) = format;
+    channels[at].result.buffer.reset();
+    sources[at].clear();
+    return sources[at];
 }
 
 bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
@@ -117,43 +120,18 @@ bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
         link.fitDelays(pool, inputLatency);
         for (int i = 0; i < link.getFormat().channelCount; ++i)
             if (link.getFormat().channels[i].channel < kMaxPortChannels)
-                channelOf(link.getFormat().channels[i]).sources.add({&link, i});
+                sourcesOf(link.getFormat().channels[i]).add({&link, i});
     }
     bool isChanged = channelCount != formerCount;
     for (int i = 0; i < channelCount; ++i) {
+        const bool isSole = sources[i].getCount() == 1;
+        channels[i].sole = isSole ? sources[i][0].link : nullptr;
+        channels[i].soleIndex = isSole ? sources[i][0].index : 0;
         CAudioChannelFormat& format = channels[i].result;
         isChanged |= format.channel != former[i].channel || format.group != former[i].group;
         format.latency = inputLatency;
     }
     return isChanged;
-}
-
-int CAudioPort::getBlockLength() const noexcept
-{
-    for (const CAudioLink& link : links)
-        if (link.getFormat().channelCount > 0)
-            return link.getBlockLength();
-    return 0;
-}
-
-void CAudioPort::pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput)
-{
-    for (int i = 0; i < channelCount; ++i) {
-        CPortChannel& channel = channels[i];
-        if (channel.sources.getCount() == 1)
-            channel.result.buffer = channel.sources[0].link->takeInTime(
-                channel.sources[0].index, pool, length, isFilledByInput);
-        else
-            channel.result.buffer = combine(channel, pool, length, combo, isFilledByInput);
-        if (!channel.result.buffer)
-            channel.result.buffer = pool.takeFilled(length, 0.0);
-    }
-}
-
-void CAudioPort::release() noexcept
-{
-    for (int i = 0; i < channelCount; ++i)
-        channels[i].result.buffer.reset();
 }
 
 void CAudioPort::resetDelays()
@@ -162,7 +140,7 @@ void CAudioPort::resetDelays()
         link.resetDelays();
 }
 
-CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool& pool, int length,
+CAudioBlockRef CAudioPort::combine(const CSources& sources, CAudioBlockPool& pool, int length,
                                    EInputCombo combo, bool isFilledByInput)
 {
     CAudioBlockRef held[kMaxTerms];
@@ -181,7 +159,7 @@ CAudioBlockRef CAudioPort::combine(const CPortChannel& channel, CAudioBlockPool&
         held[0] = std::move(result);
         termCount = 1;
     };
-    for (const CSource& source : channel.sources) {
+    for (const CSource& source : sources) {
         CAudioBlockRef block = source.link->takeInTime(source.index, pool, length, isFilledByInput);
         if (!block)
             continue;

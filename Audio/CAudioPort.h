@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/CAudioBlockPool.h"
 #include "Audio/CAudioLink.h"
 #include "Core/COwnedArray.h"
 
@@ -39,12 +40,37 @@ public:
     /// their groups are others than before.
     [[nodiscard]] bool rebuild(CAudioBlockPool& pool, int inputLatency);
     /// The samples that have arrived in this sub-block; 0 when nothing has.
-    [[nodiscard]] int getBlockLength() const noexcept;
-    /// Takes the blocks off the links, delays and combines them. A channel without a block is
-    /// silent. With `isFilledByInput` a delay starts filled with its first sample.
-    void pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput);
+    [[nodiscard]] int getBlockLength() const noexcept
+    {
+        for (const CAudioLink& link : links)
+            if (link.hasChannels())
+                return link.getBlockLength();
+        return 0;
+    }
+    /// Takes the block of a channel off its links, delayed and combined: zeros when none has come.
+    /// With `isFilledByInput` a delay starts filled with its first sample.
+    [[nodiscard]] CAudioBlockRef take(int at, CAudioBlockPool& pool, int length, EInputCombo combo,
+                                      bool isFilledByInput)
+    {
+        const CPortChannel& channel = channels[at];
+        CAudioBlockRef block =
+            channel.sole
+                ? channel.sole->takeInTime(channel.soleIndex, pool, length, isFilledByInput)
+                : combine(sources[at], pool, length, combo, isFilledByInput);
+        return block ? std::move(block) : pool.takeFilled(length, 0.0);
+    }
+    /// Takes the blocks of all channels.
+    void pull(CAudioBlockPool& pool, int length, EInputCombo combo, bool isFilledByInput)
+    {
+        for (int i = 0; i < channelCount; ++i)
+            channels[i].result.buffer = take(i, pool, length, combo, isFilledByInput);
+    }
     /// Drops the blocks of this sub-block.
-    void release() noexcept;
+    void release() noexcept
+    {
+        for (int i = 0; i < channelCount; ++i)
+            channels[i].result.buffer.reset();
+    }
     void resetDelays();
 
 private:
@@ -52,21 +78,24 @@ private:
         CAudioLink* link;
         int index; // of the channel in the link's format
     };
+    using CSources = CArray<CSource, 2>;
     struct CPortChannel {
         CAudioChannel result;
-        CArray<CSource, 2> sources;
+        CAudioLink* sole = nullptr; // the one source, where there is just one
+        int soleIndex = 0;
     };
 
-    [[nodiscard]] CPortChannel& channelOf(const CAudioChannelFormat& format);
-    [[nodiscard]] static CAudioBlockRef combine(const CPortChannel& channel, CAudioBlockPool& pool,
+    [[nodiscard]] CSources& sourcesOf(const CAudioChannelFormat& format);
+    [[nodiscard]] static CAudioBlockRef combine(const CSources& sources, CAudioBlockPool& pool,
                                                 int length, EInputCombo combo,
                                                 bool isFilledByInput);
 
     int index;
-    int& inputChanges;
-    COwnedArray<CAudioLink> links;
     int channelCount = 0;
+    COwnedArray<CAudioLink> links;
     CPortChannel channels[kMaxPortChannels];
+    CSources sources[kMaxPortChannels]; // of the channel at the same place
+    int& inputChanges;
 };
 
 } // namespace tsm

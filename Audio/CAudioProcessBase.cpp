@@ -35,6 +35,7 @@ void CAudioProcessBase::place(const CAudioProcessDefBase& def,
     groupIndex = where.groupIndex;
     elementIndex = def.getStackIndexShift() + where.elementIndex;
     isStackElement = where.isStackElement;
+    isFilledByInput = def.getIsCompInput();
     remaps.begin(path);
     getPort(0);
 }
@@ -176,11 +177,19 @@ void CAudioProcessBase::publish(const CAudioFormat& format, int sourcePort)
             link->publish(format);
 }
 
-void CAudioProcessBase::send(int index, const CAudioBlockRef& block, int length, int sourcePort)
+void CAudioProcessBase::send(int index, CAudioBlockRef block, int length, int sourcePort)
 {
-    for (CAudioLink* link : outLinks)
-        if (link->getSourcePort() == sourcePort)
-            link->put(index, block, length);
+    // Handed over and not copied where there is one reader, which may then write into it.
+    CAudioLink* former = nullptr;
+    for (CAudioLink* link : outLinks) {
+        if (link->getSourcePort() != sourcePort)
+            continue;
+        if (former)
+            former->put(index, block, length);
+        former = link;
+    }
+    if (former)
+        former->put(index, std::move(block), length);
 }
 
 void CAudioProcessBase::releaseInputs() noexcept
@@ -199,7 +208,7 @@ void CAudioProcessBase::reset()
 
 // A sub-block
 
-bool CAudioProcessBase::pull()
+bool CAudioProcessBase::beginPull()
 {
     blockLength = 0;
     for (CAudioPort& port : ports)
@@ -211,10 +220,15 @@ bool CAudioProcessBase::pull()
         runUpdate(true);
     else if (paramsChanged)
         runUpdate(false);
-    if (blockLength == 0)
+    return blockLength > 0;
+}
+
+bool CAudioProcessBase::pull()
+{
+    if (!beginPull())
         return false;
     for (CAudioPort& port : ports)
-        port.pull(getPool(), blockLength, getInputCombo(), definition->getIsCompInput());
+        port.pull(getPool(), blockLength, inputCombo, isFilledByInput);
     return true;
 }
 
@@ -234,6 +248,7 @@ void CAudioProcessBase::runUpdate(bool isFormatChange)
 bool CAudioProcessBase::rebuildInputs()
 {
     pendingInputChanges = 0;
+    inputCombo = getInputCombo();
     const double formerRate = sampleRate;
     const int formerLatency = inputLatency;
     bool isChanged = !isUpdated;

@@ -88,17 +88,25 @@ protected:
     /// Takes the inputs of this sub-block; calls `update` first where formats or parameters have
     /// changed. False when no samples have arrived.
     bool pull();
+    /// The first half of `pull`: all of it but the blocks, which `takeInput` then takes one by one;
+    /// for a process that only hands them on.
+    bool beginPull();
+    /// The block of a channel of an input port, once a sub-block.
+    [[nodiscard]] CAudioBlockRef takeInput(CAudioPort& port, int channel)
+    {
+        return port.take(channel, getPool(), blockLength, inputCombo, isFilledByInput);
+    }
     /// True while `update` wants to be called at each sub-block.
     [[nodiscard]] virtual bool needsUpdates() const { return false; }
     /// Called around `update` to mark or unmark all parameters.
     virtual void setAllParamsDirty(bool) {}
-    /// How several sources of one input channel become one.
+    /// How several sources of one input channel become one; asked when the inputs have changed.
     [[nodiscard]] virtual EInputCombo getInputCombo() const;
 
     /// Publishes the output format on all links of an output port.
     void publish(const CAudioFormat& format, int sourcePort = 0);
     /// Hands a block on to all links of an output port; `index` counts in the published format.
-    void send(int index, const CAudioBlockRef& block, int length, int sourcePort = 0);
+    void send(int index, CAudioBlockRef block, int length, int sourcePort = 0);
     /// Drops the input blocks, once they have been used.
     void releaseInputs() noexcept;
     [[nodiscard]] const CAudioFormat& getOutputFormat() const noexcept { return outputFormat; }
@@ -112,23 +120,27 @@ private:
     void runUpdate(bool isFormatChange);
     [[nodiscard]] const CAudioParamDef* findParamDef(const CString& fullName) const;
 
-    CString ownerPath;
-    const CAudioProcessDefBase* definition = nullptr;
+    // What a steady sub-block reads comes first and close together, see CAudioLink.
+    COwnedArray<CAudioPort> ports;
+    CArray<CAudioLink*, 4> outLinks; // owned by the ports that they end in
     CAudioProcessContext context;
-    CAudioProcessBase* parent = nullptr;
+    int blockLength = 0;
+    int pendingInputChanges = 1;
+    EInputCombo inputCombo = EInputCombo::Sum;
+    bool isFilledByInput = false; // see CAudioPort::pull
+    bool paramsChanged = false;
+
+    bool inputsChanged = false;
+    bool isUpdated = false; // update() has been called once
+    bool isStackElement = false;
     int groupIndex = 0;
     int elementIndex = 0;
-    bool isStackElement = false;
-    COwnedArray<CAudioPort> ports;
     double sampleRate = 1.0;
     int inputLatency = 0;
-    bool inputsChanged = false;
-    int blockLength = 0;
-    CArray<CAudioLink*, 4> outLinks; // owned by the ports that they end in
-    CAudioFormat outputFormat;       // of output port 0
-    int pendingInputChanges = 1;
-    bool isUpdated = false; // update() has been called once
-    bool paramsChanged = false;
+    const CAudioProcessDefBase* definition = nullptr;
+    CAudioProcessBase* parent = nullptr;
+    CString ownerPath;
+    CAudioFormat outputFormat; // of output port 0
     CParamRemapTable remaps;
     COwnedArray<CAudioParamFilter> filters;
 };

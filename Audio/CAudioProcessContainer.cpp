@@ -21,12 +21,11 @@ void CAudioProcessContainer::COutlet::publishPort(CAudioPort& port)
 
 void CAudioProcessContainer::COutlet::process()
 {
-    if (!pull())
+    if (!beginPull())
         return;
     for (CAudioPort& port : getPorts())
         for (int i = 0; i < port.getChannelCount(); ++i)
-            owner.send(i, std::exchange(port.getChannel(i).buffer, {}), getBlockLength(),
-                       port.getIndex());
+            owner.send(i, takeInput(port, i), getBlockLength(), port.getIndex());
 }
 
 // The container
@@ -77,6 +76,13 @@ void CAudioProcessContainer::publishInputs()
         publishInput(inner);
 }
 
+bool CAudioProcessContainer::goesAlong(const CInnerLink& inner, const CAudioPort& port, int channel)
+{
+    return inner.link->getSourcePort() == port.getIndex() &&
+           (inner.group < 0 ||
+            port.getChannel(channel).group == static_cast<unsigned>(inner.group));
+}
+
 void CAudioProcessContainer::publishInput(const CInnerLink& inner)
 {
     const CAudioPort* port = findPort(inner.link->getSourcePort());
@@ -85,27 +91,24 @@ void CAudioProcessContainer::publishInput(const CInnerLink& inner)
     CAudioFormat format;
     format.sampleRate = getSampleRate();
     for (int i = 0; i < port->getChannelCount(); ++i)
-        if (inner.group < 0 || port->getChannel(i).group == static_cast<unsigned>(inner.group))
+        if (goesAlong(inner, *port, i))
             format.add(port->getChannel(i));
     inner.link->publish(format);
 }
 
 void CAudioProcessContainer::pullAndDistribute()
 {
-    if (!pull())
+    if (!beginPull())
         return;
-    for (const CInnerLink& inner : innerLinks)
-        distribute(inner);
-    releaseInputs();
-}
-
-void CAudioProcessContainer::distribute(const CInnerLink& inner)
-{
-    const CAudioPort* port = findPort(inner.link->getSourcePort());
-    int index = 0;
-    for (int i = 0; port && i < port->getChannelCount(); ++i)
-        if (inner.group < 0 || port->getChannel(i).group == static_cast<unsigned>(inner.group))
-            inner.link->put(index++, port->getChannel(i).buffer, getBlockLength());
+    for (CInnerLink& inner : innerLinks)
+        inner.sentCount = 0;
+    for (CAudioPort& port : getPorts())
+        for (int i = 0; i < port.getChannelCount(); ++i) {
+            const CAudioBlockRef block = takeInput(port, i);
+            for (CInnerLink& inner : innerLinks)
+                if (goesAlong(inner, port, i))
+                    inner.link->put(inner.sentCount++, block, getBlockLength());
+        }
 }
 
 void CAudioProcessContainer::reset()

@@ -53,11 +53,14 @@ protected:
 private:
     struct CInnerLink {
         CAudioLink* link;
-        int group; // -1 for all
+        int group;         // -1 for all
+        int sentCount = 0; // channels of this sub-block so far
     };
 
     void publishInput(const CInnerLink& inner);
-    void distribute(const CInnerLink& inner);
+    /// Whether a channel of an input port is among those of the link.
+    [[nodiscard]] static bool goesAlong(const CInnerLink& inner, const CAudioPort& port,
+                                        int channel);
 
     CArray<CInnerLink> innerLinks; // owned by the children's ports
     CPtr<COutlet> outlet;

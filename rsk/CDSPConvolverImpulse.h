@@ -4,7 +4,6 @@
 #include "Core/COwnedArray.h"
 #include "rsk/CAlignedArray.h"
 #include "rsk/CDSPDirectFilter.h"
-#include "rsk/CDSPRealFFT.h"
 #include "rsk/CStdClassAllocator.h"
 
 #include <cstddef>
@@ -26,27 +25,9 @@ public:
     /// The partitions of one block size, each of 2^order taps.
     struct CStage {
         int order = 0;
-        int delay = 0;                    // samples beyond the 2.5 blocks of the stage
+        int lag = 0;                      // samples beyond the one block of the stage
         CArray<const double*> partitions; // split spectra, the one with the latest taps first
         CAlignedArray<double> spectra;    // what they point into
-
-        /// Samples of input that what comes out at one moment depends on: each partition's, and
-        /// the 2.5 blocks between input and output.
-        [[nodiscard]] int getPastCount() const noexcept
-        {
-            return ((partitions.getCount() + 3) << order) + delay;
-        }
-    };
-
-    /// The taps of the head and the first stages in one: they convolve a long enough block for less
-    /// than those, and take their place there. Short ones are convolved directly, longer ones by
-    /// one transform of a piece and its past.
-    struct CPrefix {
-        int stageCount = 0; // that it replaces, beside the head
-        int tapCount = 0;
-        CDSPDirectFilter filter;                // or
-        const CDSPRealFFT* transform = nullptr; // shared
-        CAlignedArray<double> spectrum;
     };
 
     /// Takes the impulse of `length` taps (1 at least) times `gain`. [any] Allocates.
@@ -57,21 +38,14 @@ public:
     [[nodiscard]] const CDSPDirectFilter& getHead() const noexcept { return head; }
     [[nodiscard]] int getStageCount() const noexcept { return stages.getCount(); }
     [[nodiscard]] const CStage& getStage(int index) const noexcept { return stages[index]; }
-    /// What convolves blocks of `count` samples faster than the stages it replaces; null for none.
-    [[nodiscard]] const CPrefix* findPrefix(int count) const noexcept;
-    /// Samples that a prefix, or a stage that was replaced by one, needs of the past.
-    [[nodiscard]] int getPastCount() const noexcept;
-    /// Doubles of work space that convolvers with this impulse need for blocks up to `count`.
-    [[nodiscard]] int getWorkCount(int count) const noexcept;
+    /// Doubles of work space that convolvers with this impulse need.
+    [[nodiscard]] int getWorkCount() const noexcept;
     /// Memory that taps and spectra take.
     [[nodiscard]] std::size_t getByteCount() const noexcept;
 
 private:
-    void addPrefixes(const double* taps, int length, double gain);
-
     CDSPDirectFilter head;
-    COwnedArray<CStage> stages;    // in order of growing blocks
-    COwnedArray<CPrefix> prefixes; // in order of length
+    COwnedArray<CStage> stages; // in order of growing blocks
 };
 
 } // namespace tsm::rsk

@@ -79,7 +79,7 @@ void CDSPFIRStage::endBlock(double* work) noexcept
     std::memcpy(frame.data() + block, frame.data(),
                 static_cast<std::size_t>(block) * sizeof(double));
     kernels.sumProducts(inputs.data(), filters.data(), filters.getCount(), output.data(), block, 0,
-                        block);
+                        block, false);
     transform.inverseSplit(output.data(), output.data(), work);
 }
 

@@ -1,42 +1,36 @@
 #include "rsk/CDSPPartitionPlan.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tsm::rsk {
 
 namespace {
 
-constexpr int ceilDiv(int value, int divisor)
-{
-    return value / divisor + (value % divisor != 0);
-}
+struct CLevel {
+    int order;
+    int firstTap;
+};
 
-/// The tap with which a stage of that order begins when it has no delay.
-constexpr int startFor(int order)
-{
-    return (5 << order) / 2;
-}
+constexpr CLevel kLevels[] = {{6, 64}, {9, 512}, {11, 2560}, {13, 10752}};
+constexpr int kLevelCount = static_cast<int>(std::size(kLevels));
+static_assert(kLevelCount == CDSPPartitionPlan::kMaxStages);
+
+/// Measured: about as many partitions cost what a further stage with its few does.
+constexpr int kMaxLastPartitions = 20;
 
 } // namespace
 
 CDSPPartitionPlan::CDSPPartitionPlan(int length) noexcept
+    : headLength(std::min(length, kLevels[0].firstTap))
 {
-    int order = length <= kMaxShortImpulse ? 4 : 5;
-    headLength = std::min(length, startFor(order));
-    int tap = headLength;
-    int delay = 0;
-    while (tap < length) {
-        const int block = 1 << order;
-        int count = ceilDiv(length - tap, block);
-        const int nextStart = startFor(order + 2);
-        if (stageCount < kMaxStages - 1)
-            count = std::min(count, ceilDiv(nextStart - tap, block));
-        stages[stageCount++] = {order, tap, count, delay};
-        if (count > (length - tap) / block)
-            return;
-        tap += count * block;
-        delay = tap - nextStart;
-        order += 2;
+    int count = 0;
+    for (int tap = headLength; tap < length; tap += count << stages[stageCount++].order) {
+        const CLevel& level = kLevels[stageCount];
+        count = ((length - tap - 1) >> level.order) + 1;
+        if (count > kMaxLastPartitions && stageCount + 1 < kLevelCount)
+            count = (kLevels[stageCount + 1].firstTap - tap) >> level.order;
+        stages[stageCount] = {level.order, level.firstTap - (1 << level.order), count};
     }
 }
 

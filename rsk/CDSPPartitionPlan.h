@@ -2,18 +2,22 @@
 
 namespace tsm::rsk {
 
-/// How an impulse is cut for convolution without latency: a head that is convolved directly, then
-/// stages of growing block size. A stage's first tap lies 2.5 blocks and its delay behind its
-/// input, which is the time it needs, and where the stage before it ends.
+/// How an impulse is cut for convolution without latency (Gardner, "Efficient convolution without
+/// input-output delay", 1995): a head that is convolved directly, then stages of growing block
+/// size. A stage's first tap lies one block and its lag behind its input, which is the time it has,
+/// and where the stage before it ends.
+///
+/// The places where the block size changes are the same for all impulses, so that a convolver's
+/// stages stay what they are when the impulse changes. Large steps keep the stages few, each of
+/// which pays for transforms of its own; a stage goes on for longer before another would pay. The
+/// long ones have a lag, so that their two transforms fall into different blocks of the host's.
 struct CDSPPartitionPlan {
-    static constexpr int kMaxStages = 5;
-    static constexpr int kMaxShortImpulse = 65536;
+    static constexpr int kMaxStages = 4;
 
     struct CStage {
         int order;      // of the block size
-        int firstTap;   // of the stage's first partition
+        int lag;        // samples, less than a block
         int partitions; // of one block each; the last may reach beyond the impulse
-        int delay;      // samples beyond the 2.5 blocks
     };
 
     /// The plan of an impulse of `length` taps, 1 at least. [any]

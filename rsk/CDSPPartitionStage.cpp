@@ -11,6 +11,9 @@ namespace tsm::rsk {
 
 namespace {
 
+/// Bins that are summed at once: what the kernels do best, and a divisor of all blocks.
+constexpr int kBinRun = 32;
+
 std::size_t bytesOf(int count)
 {
     return static_cast<std::size_t>(count) * sizeof(double);
@@ -18,19 +21,19 @@ std::size_t bytesOf(int count)
 
 } // namespace
 
-CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int offset, int extraDelay)
+CDSPPartitionStage::CDSPPartitionStage(int blockOrder, int outputLag, int offset)
     : transform(CDSPRealFFTPool::get(blockOrder + 1)), order(blockOrder), block(1 << blockOrder),
-      startOffset(offset), delay(extraDelay), frame(2 * block), sum(2 * block), finished(2 * block),
-      output(extraDelay + 2 * block)
+      lag(outputLag), startOffset(offset), frame(2 * block), sum(2 * block), next(2 * block),
+      output(2 * block)
 {
-    assert(offset >= 0 && 2 * offset < block && extraDelay >= 0 && extraDelay <= block);
+    assert(lag >= 0 && lag < block && offset >= 0 && offset < block);
     reset();
 }
 
 void CDSPPartitionStage::load(const CDSPImpulseRef& impulse, int index)
 {
     const CDSPConvolverImpulse::CStage& stage = impulse->getStage(index);
-    assert(stage.order == order && stage.delay == delay);
+    assert(stage.order == order && stage.lag == lag);
     pending = {impulse, &stage.partitions};
     hasPending = true;
     fitHistory(std::max(pending.getCount(), filter.getCount()));
@@ -66,100 +69,97 @@ void CDSPPartitionStage::takePending() noexcept
 void CDSPPartitionStage::reset() noexcept
 {
     toBoundary = block - startOffset;
-    toOutput = block / 2 - startOffset;
+    toOutput = lag > startOffset ? lag - startOffset : toBoundary + lag;
     binsDone = 0;
-    frame.clear();
-    sum.clear();
-    finished.clear();
-    output.clear();
+    isSecond = false;
+    hasNewest = false;
     known = 0;
+    frame.clear();
+    output.clear();
     if (hasPending)
         takePending();
-}
-
-void CDSPPartitionStage::catchUp(const double* past, int count, double* work) noexcept
-{
-    reset();
-    double unheard[64] = {};
-    for (int i = 0; i < count;) {
-        const int run = std::min(count - i, static_cast<int>(std::size(unheard)));
-        process(past + i, unheard, run, work);
-        i += run;
-    }
 }
 
 void CDSPPartitionStage::process(const double* in, double* out, int count, double* work) noexcept
 {
     while (count > 0) {
-        const int step = std::min(count, toBoundary);
+        const int step = std::min({count, toBoundary, toOutput});
         std::memcpy(frame.data() + block - toBoundary, in, bytesOf(step));
-        takeOutput(out, step, work);
+        const double* ready = output.data() + block - toOutput;
+        for (int i = 0; i < step; ++i)
+            out[i] += ready[i];
         toBoundary -= step;
-        sumBins(block - toBoundary);
+        toOutput -= step;
+        sumPast();
         if (toBoundary == 0)
-            endBlock(work);
+            transformInput(work);
+        if (toOutput == 0)
+            makeOutput(work);
         in += step;
         out += step;
         count -= step;
     }
 }
 
-/// The output's moment comes once a block, between the ends of blocks.
-void CDSPPartitionStage::takeOutput(double* out, int count, double* work) noexcept
+void CDSPPartitionStage::transformInput(double* work) noexcept
 {
-    const int before = std::min(count, toOutput);
-    addOutput(out, before);
-    toOutput -= before;
-    if (toOutput > 0)
-        return;
-    // The frame holds the present block in front of the one before, so what is valid of the
-    // circular convolution stands in front as well.
-    std::memcpy(output.data(), output.data() + block, bytesOf(delay));
-    transform.inverseSplit(finished.data(), output.data() + delay, work);
-    toOutput = block;
-    addOutput(out + before, count - before);
-    toOutput -= count - before;
-}
-
-void CDSPPartitionStage::addOutput(double* out, int count) const noexcept
-{
-    const double* ready = output.data() + block - toOutput;
-    for (int i = 0; i < count; ++i)
-        out[i] += ready[i];
-}
-
-void CDSPPartitionStage::sumBins(int end) noexcept
-{
-    // There are as many bins as samples in a block, taken in whole vectors.
-    end &= ~7;
-    const int partitions = filter.getCount();
-    if (end == binsDone || partitions == 0)
-        return;
-    // What came before the known past was silence.
-    const int pairs = std::min(partitions, known);
-    kernels.sumProducts(inputs.data() + inputs.getCount() - pairs,
-                        filter.partitions->data() + partitions - pairs, pairs, sum.data(), block,
-                        binsDone, end);
-    binsDone = end;
-}
-
-void CDSPPartitionStage::endBlock(double* work) noexcept
-{
-    finished.swap(sum);
-    if (hasPending)
-        takePending();
-    if (!inputs.isEmpty()) {
-        double* oldest = inputs[0];
-        const int rest = inputs.getCount() - 1;
-        std::memmove(inputs.data(), inputs.data() + 1,
-                     static_cast<std::size_t>(rest) * sizeof(double*));
-        inputs[rest] = oldest;
-        transform.forwardSplit(frame.data(), oldest, work);
-        known = std::min(known + 1, rest + 1);
-    }
+    const int last = inputs.getCount() - 1;
+    double* newest = inputs[0];
+    std::memmove(inputs.data(), inputs.data() + 1,
+                 static_cast<std::size_t>(last) * sizeof(double*));
+    inputs[last] = newest;
+    known = std::min(known + 1, last + 1);
+    hasNewest = true;
+    transform.forwardSplit(frame.data(), newest, work);
     std::memcpy(frame.data() + block, frame.data(), bytesOf(block));
     toBoundary = block;
+}
+
+void CDSPPartitionStage::makeOutput(double* work) noexcept
+{
+    const int past = getPastCount();
+    if (hasNewest) {
+        kernels.sumProducts(inputs.data() + inputs.getCount() - 1,
+                            filter.partitions->data() + filter.getCount() - 1, 1, sum.data(), block,
+                            0, block, past > 0);
+        // The frame held the later block in front of the one before, so what is valid of the
+        // circular convolution stands in front as well.
+        transform.inverseSplit(sum.data(), output.data(), work);
+    }
+    hasNewest = false;
+    toOutput = block;
+    isSecond = !isSecond && past > 0 && !hasPending;
     binsDone = 0;
+    sum.swap(next);
+    if (hasPending)
+        takePending();
+}
+
+/// Partitions that the sum under way can have without the newest input. What came before the known
+/// past was silence.
+int CDSPPartitionStage::getPastCount() const noexcept
+{
+    return std::min(filter.getCount() - 1, known - (hasNewest ? 1 : 0));
+}
+
+/// Brings the sum to as many bins as samples have passed. The partition with the latest taps comes
+/// first, and the newest input last.
+void CDSPPartitionStage::sumPast() noexcept
+{
+    const int end = (block - toOutput) & ~(kBinRun - 1);
+    const int past = getPastCount();
+    if (end == binsDone || past == 0)
+        return;
+    const double* const* spectra = inputs.data() + inputs.getCount() - (hasNewest ? 1 : 0) - past;
+    const int first = filter.getCount() - 1 - past;
+    const double* const* taps = filter.partitions->data() + first;
+    if (isSecond)
+        kernels.sumProducts(spectra + past - 1, taps + past - 1, 1, sum.data(), block, binsDone,
+                            end, true);
+    else
+        kernels.sumProductsTwice(spectra, taps, first > 0 ? taps[-1] : nullptr, past, sum.data(),
+                                 next.data(), block, binsDone, end);
+    binsDone = end;
 }
 
 } // namespace tsm::rsk

@@ -13,32 +13,28 @@ namespace tsm::rsk {
 using CDSPImpulseRef = std::shared_ptr<const CDSPConvolverImpulse>;
 
 /// One block size of a convolution without latency: uniformly partitioned overlap-save
-/// (Wefers, "Partitioned convolution algorithms for real-time auralization", 2015) whose work is
-/// spread over the samples of a block. Input is transformed at a block's end; during the next
-/// block the products are summed bin by bin as samples pass; half a block later the sum is
-/// transformed back. So the output is late by 2.5 blocks.
+/// (Wefers, "Partitioned convolution algorithms for real-time auralization", 2015). A block is
+/// transformed at its end. A lag later, which may be none, its product with the first partition
+/// completes a sum, and this is transformed back: so the output is late by a block and the lag.
+/// What earlier blocks add to a sum is known long before, and is summed bin by bin as samples pass.
 ///
-/// Past input spectra are kept, instead of sums for the blocks to come: one store a bin, whatever
-/// the count of partitions.
+/// Every second block makes that part for two sums at once, since reading the spectra is what takes
+/// the time; the second of them then lacks one product more.
 class CDSPPartitionStage {
 public:
-    /// Blocks of 2^order samples (order 4 to 15); the first one is taken as `startOffset` samples
-    /// old already (less than half a block), so that stages elsewhere transform at other moments.
-    /// The output is `extraDelay` samples later still, a block at most.
-    CDSPPartitionStage(int blockOrder, int startOffset, int extraDelay);
+    /// Blocks of 2^order samples (order 5 to 15); the first one is taken as `startOffset` samples
+    /// old already, so that stages elsewhere transform at other moments. Lag and offset are less
+    /// than a block.
+    CDSPPartitionStage(int blockOrder, int outputLag, int startOffset);
 
-    [[nodiscard]] int getOrder() const noexcept { return order; }
-
-    /// Takes the stage at `index` of an impulse, whose order and delay are this one's; in use from
-    /// the next block's end on, or from the start after `reset`. [setup] Allocates.
+    /// Takes the stage at `index` of an impulse, whose order and lag are this one's; in use from
+    /// the next output block on, or from the start after `reset`. [setup] Allocates.
     void load(const CDSPImpulseRef& impulse, int index);
     /// Forgets all input. [audio] No allocation.
     void reset() noexcept;
-    /// Brings a stage that wasn't fed up to date: `past` holds the stage's getPastCount() samples
-    /// before the next one (or fewer, where before them was silence). [audio] No allocation.
-    void catchUp(const double* past, int count, double* work) noexcept;
     /// Adds the convolution of `in` to `out`, `count` samples each; `work` has what the transform
-    /// needs. [audio] No allocation, no lock.
+    /// needs. Not before an impulse was loaded and taken by `reset`.
+    /// [audio] No allocation, no lock.
     void process(const double* in, double* out, int count, double* work) noexcept;
 
 private:
@@ -54,21 +50,23 @@ private:
     };
 
     void fitHistory(int partitions);
-    void takeOutput(double* out, int count, double* work) noexcept;
-    void addOutput(double* out, int count) const noexcept;
-    void sumBins(int end) noexcept;
-    void endBlock(double* work) noexcept;
+    void transformInput(double* work) noexcept;
+    void makeOutput(double* work) noexcept;
+    [[nodiscard]] int getPastCount() const noexcept;
+    void sumPast() noexcept;
     void takePending() noexcept;
 
     const CDSPKernels& kernels = dspKernels();
     const CDSPRealFFT& transform;
     const int order;
     const int block;
+    const int lag;
     const int startOffset;
-    const int delay;
     int toBoundary = 0;
     int toOutput = 0;
-    int binsDone = 0;
+    int binsDone = 0;       // of the past's part of the sum
+    bool isSecond = false;  // sum of two, which has all but the last of them from the start
+    bool hasNewest = false; // the last spectrum is the one that completes the sum
     bool hasPending = false;
     CFilter filter;
     CFilter pending;               // later the former one
@@ -77,8 +75,8 @@ private:
     int known = 0;                 // of the last ones, that hold something
     CAlignedArray<double> frame;   // the block being filled, then the one before
     CAlignedArray<double> sum;
-    CAlignedArray<double> finished; // the sum of the block before
-    CAlignedArray<double> output;   // with the last `delay` samples before it in front
+    CAlignedArray<double> next; // the second sum
+    CAlignedArray<double> output;
 };
 
 } // namespace tsm::rsk

@@ -1,21 +1,14 @@
 #pragma once
 
 #include "Core/COwnedArray.h"
-#include "rsk/CAlignedArray.h"
 #include "rsk/CDSPInputLine.h"
 #include "rsk/CDSPPartitionStage.h"
 #include "rsk/CStdClassAllocator.h"
-#include "rsk/DSPKernels.h"
 
 namespace tsm::rsk {
 
-/// Convolves one channel with a long impulse, without latency (Gardner, "Efficient convolution
-/// without input-output delay", 1995): a direct filter for the first taps and stages of growing
-/// block size for the rest, as `CDSPPartitionPlan` cuts it.
-///
-/// Where a block is long enough, a longer direct filter, or one transform of the block and its
-/// past, does the work of the first stages for less. Those then rest; when shorter blocks come,
-/// they are brought up to date from the past.
+/// Convolves one channel with a long impulse, without latency: a direct filter for the first taps
+/// and stages of growing block size for the rest, as `CDSPPartitionPlan` cuts it.
 class CDSPZeroLatencyConvolver : public CStdClassAllocator {
 public:
     /// `phase` (0 to 7) says at which moments the stages transform, and doesn't change the sound;
@@ -28,30 +21,24 @@ public:
     void load(const CDSPImpulseRef& newImpulse);
     /// Forgets all input and keeps the impulse. [audio] No allocation.
     void reset() noexcept;
-    /// Doubles of work space for blocks of up to `count` samples with the present impulse.
-    [[nodiscard]] int getWorkCount(int count) const noexcept
+    /// Doubles of work space with the present impulse.
+    [[nodiscard]] int getWorkCount() const noexcept
     {
-        return impulse ? impulse->getWorkCount(count) : 0;
+        return impulse ? impulse->getWorkCount() : 0;
     }
     /// Writes `count` samples, which don't overlap the input. Without an impulse they are zero.
-    /// `work` has getWorkCount(count) doubles, of any content. [audio] No allocation,
+    /// `work` has getWorkCount() doubles, of any content. [audio] No allocation,
     /// no lock.
     void process(const double* in, double* out, int count, double* work) noexcept;
 
 private:
     void loadStages();
-    void wakeStages(int first, double* work) noexcept;
-    void convolveDirectly(const CDSPDirectFilter& filter, const double* in, double* out,
-                          int count) noexcept;
-    void transformPieces(const CDSPConvolverImpulse::CPrefix& prefix, const double* in, double* out,
-                         int count, double* work) noexcept;
+    void convolveHead(const double* in, double* out, int count) noexcept;
 
-    const CDSPKernels& kernels = dspKernels();
     const int phase;
     CDSPImpulseRef impulse;
     CDSPInputLine line;
     COwnedArray<CDSPPartitionStage> stages;
-    int restingCount = 0; // stages, from the first on, that haven't been fed
 };
 
 } // namespace tsm::rsk

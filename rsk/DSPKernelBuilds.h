@@ -14,8 +14,9 @@ extern const CDSPKernels kDSPKernelsAvx512;
 #define TSM_DSP_KERNELS(minFFTOrder, smaller)                                                      \
     {                                                                                              \
         kLanes, kLaneOrder, minFFTOrder, smaller, &forward<false>, &inverse<false>,                \
-            &forward<true>, &inverse<true>, &multiplySpectra, &sumProducts, &convolveDirect,       \
-            &upsampleHalfBand, &downsampleHalfBand, &interpolate, &interpolateSpline               \
+            &forward<true>, &inverse<true>, &multiplySpectra, &sumProducts, &sumProductsTwice,     \
+            &convolveDirect, &upsampleHalfBand, &downsampleHalfBand, &interpolate,                 \
+            &interpolateSpline                                                                     \
     }
 
 } // namespace tsm::rsk

@@ -43,10 +43,15 @@ struct CDSPKernels {
                          double* work) noexcept;
     /// `out` = `a` * `b`, packed; `out` may be one of them.
     void (*multiplySpectra)(const double* a, const double* b, double* out, int count) noexcept;
-    /// Bins `first` up to `end`, multiples of 8, of the sum over `pairCount` of a[i] * b[i], first
-    /// one first; all spectra split, of 2 * `halfCount` doubles.
+    /// Bins `first` up to `end`, multiples of 16, of the sum over `pairCount` of a[i] * b[i], first
+    /// one first, written to `sum` or added to it; all spectra split, of 2 * `halfCount` doubles.
     void (*sumProducts)(const double* const* a, const double* const* b, int pairCount, double* sum,
-                        int halfCount, int first, int end) noexcept;
+                        int halfCount, int first, int end, bool adds) noexcept;
+    /// The same sum in `sum`, and in `next` that of a[i] * b[i - 1]: half the reading for two.
+    /// `before` stands in for b[-1], or is null for none.
+    void (*sumProductsTwice)(const double* const* a, const double* const* b, const double* before,
+                             int pairCount, double* sum, double* next, int halfCount, int first,
+                             int end) noexcept;
     /// out[i] = sum of taps[k] * in[i - k]. Lane j of row r (of `lanes` doubles,
     /// tapCount + lanes - 1 rows) is tap r - (lanes - 1) + j, or zero. `in` has its past in front,
     /// `lanes` samples more than the taps reach, and may be read up to kKernelPad samples beyond

@@ -242,7 +242,7 @@ void CModBankedConvolver::processChannel(int channel, const double* in, double* 
 {
     if (channel < filters.getCount()) {
         rsk::CDSPZeroLatencyConvolver& convolver = filters[channel].convolver;
-        const CAudioBlockRef work = getPool().take(std::max(convolver.getWorkCount(count), 1));
+        const CAudioBlockRef work = getPool().take(std::max(convolver.getWorkCount(), 1));
         convolver.process(in, out, count, work.write());
     } else if (channel < delays.getCount()) {
         delays[channel].process(in, out, count);

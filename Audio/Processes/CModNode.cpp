@@ -18,12 +18,11 @@ void CModNode::update()
 
 void CModNode::process()
 {
-    if (!pull())
+    if (!beginPull())
         return;
-    const CAudioPort& port = getPort(0);
+    CAudioPort& port = getPort(0);
     for (int i = 0; i < port.getChannelCount(); ++i)
-        send(i, port.getChannel(i).buffer, getBlockLength());
-    releaseInputs();
+        send(i, takeInput(port, i), getBlockLength());
 }
 
 } // namespace tsm

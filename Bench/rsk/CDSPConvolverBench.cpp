@@ -7,6 +7,7 @@
 #include <zita-convolver.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -18,8 +19,6 @@
 
 namespace tsm::rsk {
 namespace {
-
-constexpr int kMaxCount = 4096;
 
 std::vector<double> decay(int length)
 {
@@ -44,7 +43,7 @@ public:
         const std::vector<double> taps = decay(length);
         const CDSPImpulseRef impulse(new CDSPConvolverImpulse(taps.data(), length, 1.0));
         convolver.load(impulse);
-        work.allocate(impulse->getWorkCount(kMaxCount));
+        work.allocate(impulse->getWorkCount());
     }
     void process(const double* in, double* out, int count)
     {
@@ -90,7 +89,7 @@ void checkBaseline(int length)
         }
 }
 
-/// The baseline: the same plan as it is described.
+/// The baseline: stages that grow by four, coded plainly.
 void convolveAsDescribed(benchmark::State& state)
 {
     const int length = static_cast<int>(state.range(0));
@@ -108,34 +107,41 @@ void convolveAsDescribed(benchmark::State& state)
     countSamples(state, count);
 }
 
+/// Impulse length, block size, the longest partition (that of a block for one level, without
+/// threads), whether the library measures its transforms and multiplies vectors.
+using CZitaArgs = std::array<int, 4>;
+
 /// A library's convolver; null when it can't be set up. Never ended: its threads may still be at
 /// work on what the end takes away.
-Convproc* makeZita(int length, int count)
+Convproc* makeZita(const CZitaArgs& args)
 {
+    const auto [length, count, longest, isTuned] = args;
     std::vector<float> taps;
     for (const double tap : decay(length))
         taps.push_back(static_cast<float>(tap));
     auto convolver = std::make_unique<Convproc>();
-    convolver->set_options(Convproc::OPT_FFTW_MEASURE | Convproc::OPT_VECTOR_MODE);
+    if (isTuned)
+        convolver->set_options(Convproc::OPT_FFTW_MEASURE | Convproc::OPT_VECTOR_MODE);
     const auto block = static_cast<unsigned>(count);
-    if (convolver->configure(1, 1, static_cast<unsigned>(length), block, block, Convproc::MAXPART,
-                             0.0F) != 0 ||
+    if (convolver->configure(1, 1, static_cast<unsigned>(length), block, block,
+                             static_cast<unsigned>(longest), 0.0F) != 0 ||
         convolver->impdata_create(0, 0, 1, taps.data(), 0, length) != 0 ||
         convolver->start_process(0, SCHED_OTHER) != 0)
         return nullptr;
     return convolver.release();
 }
 
-/// In single precision, and with threads of its own for the long blocks, whose time counts too;
-/// impulse length, block size.
+/// In single precision, and with threads of its own for the long blocks, whose time counts too.
 void zitaBlock(benchmark::State& state)
 {
-    static std::map<std::pair<std::int64_t, std::int64_t>, Convproc*> convolvers;
-    const int length = static_cast<int>(state.range(0));
-    const int count = static_cast<int>(state.range(1));
-    Convproc*& convolver = convolvers[{length, count}];
+    static std::map<CZitaArgs, Convproc*> convolvers;
+    CZitaArgs args;
+    for (std::size_t i = 0; i < args.size(); ++i)
+        args[i] = static_cast<int>(state.range(i));
+    const int count = args[1];
+    Convproc*& convolver = convolvers[args];
     if (!convolver)
-        convolver = makeZita(length, count);
+        convolver = makeZita(args);
     if (!convolver) {
         state.SkipWithError("can't be set up");
         return;
@@ -155,7 +161,7 @@ void zitaBlock(benchmark::State& state)
 void worstBlock(benchmark::State& state)
 {
     using CClock = std::chrono::steady_clock;
-    constexpr int kPeriod = 4096;
+    constexpr int kPeriod = 8192;
     constexpr int kRuns = 200;
     const int length = static_cast<int>(state.range(0));
     const int count = static_cast<int>(state.range(1));
@@ -243,9 +249,19 @@ void eachComparison(benchmark::internal::Benchmark* bench)
             bench->Args({length, count});
 }
 
+void eachZita(benchmark::internal::Benchmark* bench)
+{
+    for (const int length : {4498, 26240})
+        for (const int count : {64, 512})
+            for (const int longest : {count, 8192})
+                for (const int isTuned : {0, 1})
+                    bench->Args({length, count, longest, isTuned});
+    bench->MeasureProcessCPUTime();
+}
+
 BENCHMARK(convolveBlock)->Apply(eachBlockSize);
 BENCHMARK(convolveAsDescribed)->Apply(eachComparison);
-BENCHMARK(zitaBlock)->Apply(eachComparison)->MeasureProcessCPUTime();
+BENCHMARK(zitaBlock)->Apply(eachZita);
 // 32 samples of the host, at its rate and at eight times that.
 BENCHMARK(worstBlock)
     ->Args({4498, 32})

@@ -1,6 +1,5 @@
 #include "Bench/rsk/CStagedPlan.h"
 
-#include "rsk/CDSPPartitionPlan.h"
 #include "rsk/CDSPRealFFTPool.h"
 
 #include <algorithm>
@@ -14,6 +13,12 @@ constexpr int kStarts[5][8] = {
     {2, 6, 4, 0, 5, 1, 3, 7}, {0, 4, 2, 6, 3, 7, 1, 5},
 };
 
+/// The first tap of a stage that has no delay.
+int startFor(int order)
+{
+    return (5 << order) / 2;
+}
+
 std::size_t at(int index)
 {
     return static_cast<std::size_t>(index);
@@ -23,16 +28,22 @@ std::size_t at(int index)
 
 CStagedPlan::CStagedPlan(const double* impulse, int length, int phase)
 {
-    const CDSPPartitionPlan plan(length);
-    head.assign(impulse, impulse + plan.headLength);
+    constexpr int kLevels = 5;
+    int order = length <= 65536 ? 4 : 5;
+    int tap = std::min(length, startFor(order));
+    head.assign(impulse, impulse + tap);
     ring.resize(2 * head.size());
     position = head.size() - 1;
-    for (int i = 0; i < plan.stageCount; ++i) {
-        const CDSPPartitionPlan::CStage& cut = plan.stages[i];
-        const int count = std::min(cut.partitions << cut.order, length - cut.firstTap);
-        stages.push_back(std::make_unique<CStage>(impulse + cut.firstTap, count, cut.order,
-                                                  (kStarts[i][phase] << cut.order) / 16,
-                                                  cut.delay));
+    int delay = 0;
+    for (int level = 0; tap < length; ++level, order += 2) {
+        const int block = 1 << order;
+        const int toNext = (startFor(order + 2) - tap + block - 1) / block * block;
+        const int rest = length - tap;
+        const int count = level == kLevels - 1 ? rest : std::min(rest, toNext);
+        stages.push_back(std::make_unique<CStage>(impulse + tap, count, order,
+                                                  (kStarts[level][phase] << order) / 16, delay));
+        tap += count;
+        delay = tap - startFor(order + 2);
     }
 }
 

@@ -7,9 +7,10 @@
 
 namespace tsm::rsk {
 
-/// The baseline of the convolver: the same plan of head and stages coded as it is described, sample
-/// by sample and bin by bin, with sums for the blocks to come in place of past spectra and with the
-/// packed spectra of the product's transform. Built for AVX2 and free to reorder sums.
+/// The baseline of the convolver: a head of 40 taps (80 for long impulses) and stages that grow by
+/// four, each late by 2.5 blocks, coded plainly sample by sample and bin by bin, with sums for the
+/// blocks to come in place of past spectra and with the packed spectra of the product's transform.
+/// Built for AVX2 and free to reorder sums.
 class CStagedPlan {
 public:
     CStagedPlan(const double* impulse, int length, int phase);
