@@ -1,6 +1,8 @@
 #include "Audio/CAudioParamInfo.h"
 #include "Core/CText.h"
 
+#include <cmath>
+
 namespace tsm {
 
 namespace {
@@ -100,6 +102,8 @@ CError* CAudioParamInfo::loadConverters(CInputStream& stream, CObject& finder)
         TSM_TRY(stream.readString(names.create()));
         TSM_TRY(stream.readValue(minValues[e]));
         TSM_TRY(stream.readValue(maxValues[e]));
+        if (!std::isfinite(minValues[e]) || !std::isfinite(maxValues[e]))
+            TSM_FAIL("The limits of parameter '%1' are no numbers.", fullName);
     }
     TSM_TRY(parseConverterNames(finder, names));
     return nullptr;

@@ -175,6 +175,22 @@ TEST_F(AParamDefinition, SavesItsDescriptionByteByByte)
     EXPECT_EQ(bytesOf([&](COutputStream& stream) { return info.save(stream); }), expected.bytes);
 }
 
+TEST_F(AParamDefinition, RefusesSavedLimitsThatAreNoNumbers)
+{
+    for (const std::uint64_t limit :
+         {0x7ff8000000000000u, 0x7ff0000000000000u, 0xfff0000000000000u})
+        for (const bool isMinimum : {true, false}) {
+            CByteList list;
+            list.u32(1).u32(0).u32(0).u32(0).text("").text("audio.x").text("");
+            list.u32(1).u32(0).u32(1).u32(1).text("shared::audio.paramcvt.real");
+            list.f64(isMinimum ? limit : 0).f64(isMinimum ? 0 : limit);
+            CAudioParamInfo info;
+            CMemoryReader reader(list.bytes.data(), static_cast<int>(list.bytes.size()));
+            EXPECT_THAT(takeLines(info.load(reader, *root.get())),
+                        testing::Contains(testing::HasSubstr("'audio.x' are no numbers")));
+        }
+}
+
 TEST_F(AParamDefinition, SurvivesDamageOfItsSavedForm)
 {
     const CAudioParamInfo& info =
