@@ -13,5 +13,6 @@ add_library(tsm_interface STATIC
     ../Other/CParamInterfaceClientConnectorUni.cpp
     ../Other/CParamMirror.cpp
     CAudioInterfaceBase.cpp
-    CAudioInterfaceClient.cpp)
+    CAudioInterfaceClient.cpp
+    CVizDelivery.cpp)
 target_link_libraries(tsm_interface PUBLIC tsm_registry tsm_viz)

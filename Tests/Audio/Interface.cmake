@@ -9,6 +9,7 @@ add_custom_target(interface_client_document DEPENDS ${client_document})
 
 tsm_add_test(tests_interface
     SOURCES
+        CVizDeliveryTest.cpp
         DamagedMessagesTest.cpp
         InterfaceEditsTest.cpp
         InterfaceQueueTest.cpp
