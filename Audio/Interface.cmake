@@ -11,6 +11,7 @@ add_library(tsm_interface STATIC
     ../Other/CParamInterfaceClient.cpp
     ../Other/CParamInterfaceClientConnector.cpp
     ../Other/CParamInterfaceClientConnectorUni.cpp
+    ../Other/CParamInterfaceLink.cpp
     ../Other/CParamMirror.cpp
     CAudioInterfaceBase.cpp
     CAudioInterfaceClient.cpp
