@@ -53,27 +53,31 @@ CAudioVizSource& CAudioVizCollector::getSource(const CString& name)
 void CAudioVizCollector::changeListeners(CAudioVizSource& source, std::int32_t delta)
 {
     const CLockScope hold(env->lock);
-    const auto waiting =
-        std::ranges::find_if(pending, [&](const CPending& each) { return each.source == &source; });
-    if (waiting != pending.end())
-        waiting->delta += delta;
-    else
-        pending.add({&source, delta});
+    source.pendingDelta += delta;
+    if (source.isPending)
+        return;
+    source.isPending = true;
+    source.nextPending = std::exchange(pending, &source);
 }
 
 // The audio thread
 
 void CAudioVizCollector::takePending() noexcept
 {
-    assert(taken.isEmpty());
-    std::swap(pending, taken);
+    assert(!taken);
+    taken = std::exchange(pending, nullptr);
+    for (CAudioVizSource* source = taken; source; source = source->nextTaken) {
+        source->nextTaken = std::exchange(source->nextPending, nullptr);
+        source->takenDelta = std::exchange(source->pendingDelta, 0);
+        source->isPending = false;
+    }
 }
 
 void CAudioVizCollector::applyPending()
 {
-    for (const CPending& each : taken)
-        applyDelta(*each.source, each.delta);
-    taken.clear();
+    for (CAudioVizSource* source = std::exchange(taken, nullptr); source;
+         source = source->nextTaken)
+        applyDelta(*source, source->takenDelta);
 }
 
 void CAudioVizCollector::applyDelta(CAudioVizSource& source, std::int32_t delta)

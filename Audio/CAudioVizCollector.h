@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Audio/CAudioVizSource.h"
-#include "Core/CArray.h"
 #include "Core/CMap.h"
 #include "Core/CObject.h"
+#include "Core/COwnedArray.h"
 #include "Core/CUpdateNotifier.h"
 #include "Platform/CCriticalSection.h"
 
@@ -64,10 +64,6 @@ public:
     void reset();
 
 private:
-    struct CPending {
-        CAudioVizSource* source;
-        std::int32_t delta;
-    };
     struct CTaken : CTsmMemAllocator {
         CAudioVizSource* source = nullptr;
         CAudioVizRecords records;
@@ -88,8 +84,10 @@ private:
     mutable CCriticalSection sourcesLock{4000};
     CMap<CString, CPtr<CAudioVizSource>> sources;
 
-    CArray<CPending> pending; // guarded by the environment's lock
-    CArray<CPending> taken;   // audio thread
+    // Sources whose listeners have changed. The links lie in them, so that nothing is allocated
+    // under the lock.
+    CAudioVizSource* pending = nullptr; // guarded by the environment's lock
+    CAudioVizSource* taken = nullptr;   // audio thread
 
     CCriticalSection queueLock{50}; // guards the records of all sources
 };

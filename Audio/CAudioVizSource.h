@@ -34,6 +34,13 @@ private:
     CString name;
     CAudioParam& enable; // 1.0 while there are listeners
     std::int32_t listeners = 0;
+    // Guarded by the environment's lock.
+    CAudioVizSource* nextPending = nullptr;
+    std::int32_t pendingDelta = 0;
+    bool isPending = false;
+    // The audio thread's.
+    CAudioVizSource* nextTaken = nullptr;
+    std::int32_t takenDelta = 0;
     CAudioVizRecords records; // guarded by the collector's queue lock
 };
 

@@ -18,6 +18,7 @@
 #include "Core/CText.h"
 #include "Core/CWorkerThreadPool.h"
 #include "Core/CWriteSeqBuffer.h"
+#include "Other/CParamInterfaceBaseConnector.h"
 #include "Platform/CFloatControl.h"
 #include "Platform/CThreadId.h"
 
@@ -110,6 +111,7 @@ CAudioWrapper::CAudioWrapper() = default;
 CAudioWrapper::~CAudioWrapper()
 {
     assert(!isInside);
+    endInterface();
     if (interfaceBase)
         interfaceBase->setDataProvider(nullptr);
     programListener.reset();
@@ -118,6 +120,12 @@ CAudioWrapper::~CAudioWrapper()
     root.reset();
     // No sleeping thread outlives the last instance that could need one.
     CWorkerThreadPool::clearIdleThreads();
+}
+
+void CAudioWrapper::endInterface()
+{
+    if (interfaceConnector)
+        interfaceConnector->close();
 }
 
 CError* CAudioWrapper::init()
@@ -167,6 +175,7 @@ CError* CAudioWrapper::resolveObjects()
     paramCollector->setEnv(audioEnv);
     TSM_TRY(root->findObjectChecked(vizCollector, "plugin.viz-collector"));
     TSM_TRY(root->findObjectChecked(interfaceBase, "plugin.interface-base"));
+    TSM_TRY(root->findObjectChecked(interfaceConnector, "plugin.interface-base-connector"));
     TSM_TRY(root->findObjectChecked(extParamList, "plugin.ext-param-list"));
     TSM_TRY(root->findObjectChecked(ccTable, "plugin.cctable"));
     return root->findObjectChecked(paramRegistry, "plugin.param-registry");

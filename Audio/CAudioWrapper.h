@@ -26,6 +26,7 @@ class CAudioParamRegistry;
 class CAudioVizCollector;
 class CInputStream;
 class COutputStream;
+class CParamInterfaceBaseConnector;
 
 /// One instance of the product between a plug-in format and the engine.
 ///
@@ -42,7 +43,7 @@ class CAudioWrapper : public CAudioExtParamHostBridge,
                       public CAudioRoutingInfoProvider {
 public:
     CAudioWrapper();
-    /// Ends the graph, then the instance's tree. [control]
+    /// Ends the graph, then the instance's tree; behind endInterface(). [control]
     ~CAudioWrapper() override;
     CAudioWrapper(const CAudioWrapper&) = delete;
     CAudioWrapper& operator=(const CAudioWrapper&) = delete;
@@ -59,6 +60,10 @@ public:
     /// A queued parameter change is due; what the index means is the format's. [audio]
     virtual void onParamEvent(const CParamEvent& event);
 
+    /// Shuts windows and other clients out for good: what they ask of the host ends here. Each
+    /// derived class that can be told of gestures calls it first as it ends. Clients may be at work
+    /// on other threads meanwhile. [control]
+    void endInterface();
     /// Once, behind init(): applies what an instance starts with, and makes one pass through the
     /// graph, so that the latency is known. Edits reach the host from here on. [control]
     void afterInit();
@@ -187,6 +192,7 @@ private:
     CAudioParamCollector* paramCollector = nullptr;
     CAudioVizCollector* vizCollector = nullptr;
     CAudioInterfaceBase* interfaceBase = nullptr;
+    CParamInterfaceBaseConnector* interfaceConnector = nullptr;
     CAudioExtParamList* extParamList = nullptr;
     CAudioCCTable* ccTable = nullptr;
     CAudioParamRegistry* paramRegistry = nullptr;

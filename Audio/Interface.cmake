@@ -11,7 +11,9 @@ add_library(tsm_interface STATIC
     ../Other/CParamInterfaceClient.cpp
     ../Other/CParamInterfaceClientConnector.cpp
     ../Other/CParamInterfaceClientConnectorUni.cpp
+    ../Other/CParamInterfaceLink.cpp
     ../Other/CParamMirror.cpp
     CAudioInterfaceBase.cpp
-    CAudioInterfaceClient.cpp)
+    CAudioInterfaceClient.cpp
+    CVizDelivery.cpp)
 target_link_libraries(tsm_interface PUBLIC tsm_registry tsm_viz)

@@ -96,10 +96,16 @@ private:
                                           const CAudioParamChange& change);
     [[nodiscard]] CError* sendHistory(std::uint32_t clientId);
 
+    /// What a message for a registry speaks of.
+    struct CRegistryTarget {
+        std::uint32_t listenerId = 0;
+        CAudioParamRegistry* registry = nullptr;
+        CAudioParamRegistry* operator->() const noexcept { return registry; }
+    };
     template <class... T>
-    [[nodiscard]] CError* readForRegistry(CAudioParamRegistry*& registry, std::uint32_t& listenerId,
-                                          T&... fields);
-    [[nodiscard]] CError* findRegistry(CAudioParamRegistry*& registry, std::uint32_t listenerId);
+    [[nodiscard]] CError* readForRegistry(CRegistryTarget& target, T&... fields);
+    [[nodiscard]] CError* findRegistry(CRegistryTarget& target);
+    [[nodiscard]] CError* runOnRegistry(void (CAudioParamRegistry::*work)());
     [[nodiscard]] CError* sendBankNames(std::uint32_t listenerId, CAudioParamRegistry& registry,
                                         bool isFactory);
     [[nodiscard]] CError* sendRegistryState(std::uint32_t listenerId,

@@ -1,19 +1,36 @@
 #include "Other/CParamInterfaceBaseConnector.h"
 
 #include "Other/CParamInterfaceBase.h"
-#include "Other/CParamInterfaceClientConnector.h"
 
 namespace tsm {
 
+CParamInterfaceBaseConnector::CParamInterfaceBaseConnector()
+    : link(std::make_shared<CParamInterfaceLink>(*this))
+{
+}
+
+CParamInterfaceBaseConnector::~CParamInterfaceBaseConnector() = default;
+
+CError* CParamInterfaceBaseConnector::init()
+{
+    TSM_TRY(CObject::init());
+    link->open(*getRoot());
+    return nullptr;
+}
+
+void CParamInterfaceBaseConnector::close()
+{
+    link->close();
+}
+
 void CParamInterfaceBaseConnector::releaseLinks()
 {
+    close();
     {
-        const CLockScope hold(lock);
+        const CLockScope hold(link->getLock());
         base = nullptr;
-        for (const auto& client : clients) {
-            client.value->forgetBaseConnector();
+        for (const auto& client : clients)
             onClientRemoved(client.key);
-        }
         clients.clear();
     }
     CObject::releaseLinks();
@@ -21,7 +38,7 @@ void CParamInterfaceBaseConnector::releaseLinks()
 
 CError* CParamInterfaceBaseConnector::processClientData(CInputStream& message)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (!base)
         TSM_FAIL("@tsmstr_CParamInterfaceBaseConnector_processClientData_NoBase No base object "
                  "defined.");
@@ -31,35 +48,34 @@ CError* CParamInterfaceBaseConnector::processClientData(CInputStream& message)
 
 void CParamInterfaceBaseConnector::setBase(CParamInterfaceBase& newBase)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     base = &newBase;
 }
 
 void CParamInterfaceBaseConnector::removeBase(const CParamInterfaceBase& formerBase)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (base == &formerBase)
         base = nullptr;
 }
 
-CError* CParamInterfaceBaseConnector::addClient(CParamInterfaceClientConnector& client,
-                                                std::uint32_t& clientId)
+CError* CParamInterfaceBaseConnector::addClient(std::uint32_t& clientId)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (static_cast<std::uint32_t>(clients.getCount()) == kMaxClientId)
         TSM_FAIL("@tsmstr_CParamInterfaceBaseConnector_addClient_TooMany Too many clients.");
     do
         lastClientId = lastClientId % kMaxClientId + 1;
     while (clients.contains(lastClientId));
     clientId = lastClientId;
-    clients[clientId] = &client;
+    clients.add(clientId);
     onClientAdded(clientId);
     return nullptr;
 }
 
 void CParamInterfaceBaseConnector::removeClient(std::uint32_t clientId)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (!clients.remove(clientId))
         return;
     onClientRemoved(clientId);
@@ -69,14 +85,14 @@ void CParamInterfaceBaseConnector::removeClient(std::uint32_t clientId)
 
 void CParamInterfaceBaseConnector::deliverUpdates()
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (base)
         base->deliverUpdates();
 }
 
 void CParamInterfaceBaseConnector::restoreClient(std::uint32_t clientId)
 {
-    const CLockScope hold(lock);
+    const CLockScope hold(link->getLock());
     if (base)
         base->restoreClient(clientId);
 }

@@ -2,19 +2,19 @@
 
 #include "Core/CObject.h"
 #include "Other/CInterfaceBlock.h"
-#include "Platform/CCriticalSection.h"
+#include "Other/CParamInterfaceLink.h"
 
 namespace tsm {
 
 class CInputStream;
 class CParamInterfaceBase;
-class CParamInterfaceClientConnector;
 
 /// Where the clients of one instance's parameter interface come in: it hands their messages to the
-/// base, and the base's to them. It lives with the instance; clients go before it.
+/// base, and the base's to them. It lives with the instance. Clients may outlive it: they reach it
+/// through its link.
 ///
-/// Its lock is held while the base works at a client's message, so that clients on several threads
-/// take turns; nothing but clients, and the base as it comes and goes, wants it.
+/// The link's lock is held while the base works at a client's message, so that clients on several
+/// threads take turns; nothing but clients, and the base as it comes and goes, wants it.
 class CParamInterfaceBaseConnector : public CObject {
 public:
     /// In place of a client's number: all clients.
@@ -26,8 +26,21 @@ public:
     }
     static constexpr std::uint32_t kMaxClientId = 0xFFFF;
 
+    CParamInterfaceBaseConnector();
+    ~CParamInterfaceBaseConnector() override;
+
     static void declareClass(CObjectClassInfo& info) { CObject::declareClass(info); }
+    [[nodiscard]] CError* init() override;
     void releaseLinks() override;
+
+    /// Shuts clients out for good, before the instance ends: from here on they get an error for
+    /// what they send, and nothing is at work any more. Not inside of a message. [control]
+    void close();
+    /// What clients keep.
+    [[nodiscard]] const std::shared_ptr<CParamInterfaceLink>& getLink() const noexcept
+    {
+        return link;
+    }
 
     /// Has the base take one message from a client, at once. Errors: no base, damaged data, an
     /// unknown message, the base's. [ui]
@@ -44,8 +57,7 @@ public:
     void removeBase(const CParamInterfaceBase& formerBase);
     /// Enters a client, which leaves before it goes, and gives it its number. Errors: no number is
     /// left. [ui]
-    [[nodiscard]] CError* addClient(CParamInterfaceClientConnector& client,
-                                    std::uint32_t& clientId);
+    [[nodiscard]] CError* addClient(std::uint32_t& clientId);
     /// Drops a client with its queue, and all that it has left at the base. [ui]
     void removeClient(std::uint32_t clientId);
 
@@ -59,10 +71,11 @@ protected:
     void restoreClient(std::uint32_t clientId);
 
 private:
-    CCriticalSection lock{4000};
+    const std::shared_ptr<CParamInterfaceLink> link;
+    // Guarded by the link's lock.
     CParamInterfaceBase* base = nullptr;
     std::uint32_t lastClientId = 0;
-    CMap<std::uint32_t, CParamInterfaceClientConnector*> clients;
+    CSet<std::uint32_t> clients;
 };
 
 } // namespace tsm

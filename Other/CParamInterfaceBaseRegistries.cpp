@@ -68,137 +68,126 @@ CError* CParamInterfaceBase::sendBankNames(std::uint32_t listenerId, CAudioParam
     return nullptr;
 }
 
-CError* CParamInterfaceBase::findRegistry(CAudioParamRegistry*& registry, std::uint32_t listenerId)
+CError* CParamInterfaceBase::findRegistry(CRegistryTarget& target)
 {
     const CLockScope hold(getLock());
-    const CRegistryRecord* const record = registryListeners.get(listenerId, nullptr);
+    const CRegistryRecord* const record = registryListeners.get(target.listenerId, nullptr);
     if (!record)
         TSM_FAIL("@tsmstr_CParamInterfaceBase_findRegistry_NotFound No param registry object '%1' "
                  "found.",
-                 toString(listenerId));
-    registry = record->getRegistry();
-    if (!registry)
+                 toString(target.listenerId));
+    target.registry = record->getRegistry();
+    if (!target.registry)
         TSM_FAIL("@tsmstr_CParamInterfaceBase_findRegistry_Null Param registry object '%1' is "
                  "NULL.",
-                 toString(listenerId));
+                 toString(target.listenerId));
     return nullptr;
 }
 
 // Reads a listener's number and what stands behind it, and finds the listener's registry.
 template <class... T>
-CError* CParamInterfaceBase::readForRegistry(CAudioParamRegistry*& registry,
-                                             std::uint32_t& listenerId, T&... fields)
+CError* CParamInterfaceBase::readForRegistry(CRegistryTarget& target, T&... fields)
 {
-    TSM_TRY(readFields(getMessage(), listenerId, fields...));
-    TSM_TRY(findRegistry(registry, listenerId));
+    TSM_TRY(readFields(getMessage(), target.listenerId, fields...));
+    TSM_TRY(findRegistry(target));
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onSetCurrentProgram()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::int32_t index = 0;
-    TSM_TRY(readForRegistry(registry, id, index));
-    registry->selectProgram(index, this);
+    TSM_TRY(readForRegistry(target, index));
+    target->selectProgram(index, this);
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onRenamePreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::int32_t index = 0;
     CString name;
-    TSM_TRY(readForRegistry(registry, id, index, name));
-    registry->renameProgram(index, name, this);
+    TSM_TRY(readForRegistry(target, index, name));
+    target->renameProgram(index, name, this);
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onActivateFactoryPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::int32_t index = 0;
-    TSM_TRY(readForRegistry(registry, id, index));
-    TSM_TRY(registry->activateRomPreset(index));
+    TSM_TRY(readForRegistry(target, index));
+    TSM_TRY(target->activateRomPreset(index));
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onActivatePreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::int32_t group = 0;
-    TSM_TRY(readForRegistry(registry, id, group));
-    TSM_TRY(registry->activatePreset(getMessage(), false, registryGroup(group)));
+    TSM_TRY(readForRegistry(target, group));
+    TSM_TRY(target->activatePreset(getMessage(), false, registryGroup(group)));
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onRequestPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::uint32_t requestId = 0;
     bool fromFactory = false;
     std::int32_t index = 0;
     std::int32_t group = 0;
-    TSM_TRY(readForRegistry(registry, id, requestId, fromFactory, index, group));
+    TSM_TRY(readForRegistry(target, requestId, fromFactory, index, group));
     CWriteSeqBuffer message;
-    TSM_TRY(writeFields(message, "registry-data", id, requestId, true));
-    TSM_TRY(registry->acquirePreset(fromFactory, index, registryGroup(group), message));
-    send(CParamInterfaceBaseConnector::clientOf(id), message);
+    TSM_TRY(writeFields(message, "registry-data", target.listenerId, requestId, true));
+    TSM_TRY(target->acquirePreset(fromFactory, index, registryGroup(group), message));
+    send(CParamInterfaceBaseConnector::clientOf(target.listenerId), message);
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onRequestBank()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
+    CRegistryTarget target;
     std::uint32_t requestId = 0;
     bool fromFactory = false;
-    TSM_TRY(readForRegistry(registry, id, requestId, fromFactory));
+    TSM_TRY(readForRegistry(target, requestId, fromFactory));
     CWriteSeqBuffer message;
-    TSM_TRY(writeFields(message, "registry-data", id, requestId, false));
-    TSM_TRY(registry->acquireBank(fromFactory, message));
-    send(CParamInterfaceBaseConnector::clientOf(id), message);
+    TSM_TRY(writeFields(message, "registry-data", target.listenerId, requestId, false));
+    TSM_TRY(target->acquireBank(fromFactory, message));
+    send(CParamInterfaceBaseConnector::clientOf(target.listenerId), message);
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onSetDefaultPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
-    TSM_TRY(readForRegistry(registry, id));
-    TSM_TRY(registry->setDefaultPreset(getMessage()));
+    CRegistryTarget target;
+    TSM_TRY(readForRegistry(target));
+    TSM_TRY(target->setDefaultPreset(getMessage()));
+    return nullptr;
+}
+
+// A message that asks a registry for one thing, without more to tell.
+CError* CParamInterfaceBase::runOnRegistry(void (CAudioParamRegistry::*work)())
+{
+    CRegistryTarget target;
+    TSM_TRY(readForRegistry(target));
+    (target.registry->*work)();
     return nullptr;
 }
 
 CError* CParamInterfaceBase::onActivateDefaultPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
-    TSM_TRY(readForRegistry(registry, id));
-    registry->masterReset();
-    return nullptr;
+    return runOnRegistry(&CAudioParamRegistry::masterReset);
 }
 
 CError* CParamInterfaceBase::onExchangeShadowPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
-    TSM_TRY(readForRegistry(registry, id));
-    registry->exchangeShadowPreset();
-    return nullptr;
+    return runOnRegistry(&CAudioParamRegistry::exchangeShadowPreset);
 }
 
 CError* CParamInterfaceBase::onUpdateShadowPreset()
 {
-    CAudioParamRegistry* registry = nullptr;
-    std::uint32_t id = 0;
-    TSM_TRY(readForRegistry(registry, id));
-    registry->updateShadowPreset();
-    return nullptr;
+    return runOnRegistry(&CAudioParamRegistry::updateShadowPreset);
 }
 
 } // namespace tsm

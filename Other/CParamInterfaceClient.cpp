@@ -33,9 +33,9 @@ CError* CParamInterfaceClient::init()
 
 void CParamInterfaceClient::releaseLinks()
 {
-    while (const auto* entry = paramListeners.first())
+    while (const auto* entry = paramListeners.entries.first())
         handleError(unlistenParam(entry->key));
-    while (const auto* entry = registryListeners.first())
+    while (const auto* entry = registryListeners.entries.first())
         handleError(unlistenRegistry(entry->key));
     if (connector)
         connector->setClient(nullptr);
@@ -69,53 +69,53 @@ CError* CParamInterfaceClient::processMessage(CInputStream& message)
 
 // Listeners
 
-CError* CParamInterfaceClient::listenParam(std::uint32_t& listenerId, const CString& name,
-                                           CParamInterfaceParamListener& listener)
+template <class Listener>
+CError* CParamInterfaceClient::listen(CListeners<Listener>& listeners, std::uint32_t& listenerId,
+                                      const CString& name, Listener& listener)
 {
     listenerId = 0;
     std::uint32_t id = 0;
-    TSM_TRY(makeId(id, paramCounter, paramListeners));
+    TSM_TRY(makeId(id, listeners.counter, listeners.entries));
     // Before the message, so that its answer finds the entry.
-    CParamEntry& entry = paramListeners[id];
+    CEntry<Listener>& entry = listeners.entries[id];
     entry.name = name;
     entry.listener = &listener;
-    if (CError* const error = sendMessage("listen-param", name, id)) {
-        paramListeners.remove(id);
+    if (CError* const error = sendMessage(listeners.listenMessage, name, id)) {
+        listeners.entries.remove(id);
         TSM_TRY(error);
     }
     listenerId = id;
     return nullptr;
 }
 
+template <class Listener>
+CError* CParamInterfaceClient::unlisten(CListeners<Listener>& listeners, std::uint32_t listenerId)
+{
+    if (listeners.entries.remove(listenerId) && connector)
+        TSM_TRY(sendMessage(listeners.unlistenMessage, listenerId));
+    return nullptr;
+}
+
+CError* CParamInterfaceClient::listenParam(std::uint32_t& listenerId, const CString& name,
+                                           CParamInterfaceParamListener& listener)
+{
+    return listen(paramListeners, listenerId, name, listener);
+}
+
 CError* CParamInterfaceClient::unlistenParam(std::uint32_t listenerId)
 {
-    if (paramListeners.remove(listenerId) && connector)
-        TSM_TRY(sendMessage("unlisten-param", listenerId));
-    return nullptr;
+    return unlisten(paramListeners, listenerId);
 }
 
 CError* CParamInterfaceClient::listenRegistry(std::uint32_t& listenerId, const CString& name,
                                               CParamInterfaceRegistryListener& listener)
 {
-    listenerId = 0;
-    std::uint32_t id = 0;
-    TSM_TRY(makeId(id, registryCounter, registryListeners));
-    CRegistryEntry& entry = registryListeners[id];
-    entry.name = name;
-    entry.listener = &listener;
-    if (CError* const error = sendMessage("listen-registry", name, id)) {
-        registryListeners.remove(id);
-        TSM_TRY(error);
-    }
-    listenerId = id;
-    return nullptr;
+    return listen(registryListeners, listenerId, name, listener);
 }
 
 CError* CParamInterfaceClient::unlistenRegistry(std::uint32_t listenerId)
 {
-    if (registryListeners.remove(listenerId) && connector)
-        TSM_TRY(sendMessage("unlisten-registry", listenerId));
-    return nullptr;
+    return unlisten(registryListeners, listenerId);
 }
 
 // Steps and edits
@@ -252,17 +252,24 @@ CError* CParamInterfaceClient::updateShadowPreset(std::uint32_t listenerId)
 
 // What arrives. Listeners that have left are no errors: the other side lags behind.
 
-CError* CParamInterfaceClient::onUpdateUndoHistory()
+CError* CParamInterfaceClient::readNames(COwnedArray<CString>& names)
 {
-    std::int32_t position = 0;
     std::uint32_t count = 0;
-    TSM_TRY(readFields(getMessage(), position, count));
-    COwnedArray<CString> names;
+    TSM_TRY(readFields(getMessage(), count));
     for (; count > 0; --count) {
         CString name;
         TSM_TRY(readFields(getMessage(), name));
         names.create() = name;
     }
+    return nullptr;
+}
+
+CError* CParamInterfaceClient::onUpdateUndoHistory()
+{
+    std::int32_t position = 0;
+    TSM_TRY(readFields(getMessage(), position));
+    COwnedArray<CString> names;
+    TSM_TRY(readNames(names));
     undoNames = std::move(names);
     undoPosition = position;
     TSM_TRY(sendEvent("undo-history-changed"));
@@ -273,7 +280,7 @@ CError* CParamInterfaceClient::onUpdateParamInfo()
 {
     std::uint32_t id = 0;
     TSM_TRY(readFields(getMessage(), id));
-    const CParamEntry* const entry = paramListeners.find(id);
+    const CParamEntry* const entry = paramListeners.entries.find(id);
     if (!entry)
         return nullptr;
     TSM_TRY(entry->listener->onInfo(getMessage()));
@@ -284,7 +291,7 @@ CError* CParamInterfaceClient::onUpdateParamInfo()
     CAudioParamChange change;
     TSM_TRY(readParamChange(getMessage(), change));
     // It may have left meanwhile.
-    if (const CParamEntry* const present = paramListeners.find(id))
+    if (const CParamEntry* const present = paramListeners.entries.find(id))
         present->listener->onChange(change);
     return nullptr;
 }
@@ -295,7 +302,7 @@ CError* CParamInterfaceClient::onUpdateParam()
     CAudioParamChange change;
     TSM_TRY(readFields(getMessage(), id));
     TSM_TRY(readParamChange(getMessage(), change));
-    if (const CParamEntry* const entry = paramListeners.find(id))
+    if (const CParamEntry* const entry = paramListeners.entries.find(id))
         entry->listener->onChange(change);
     return nullptr;
 }
@@ -306,15 +313,10 @@ CError* CParamInterfaceClient::onUpdateRegistry()
     bool isFactory = false;
     CString registryId;
     std::int32_t current = -1;
-    std::uint32_t count = 0;
-    TSM_TRY(readFields(getMessage(), id, isFactory, registryId, current, count));
+    TSM_TRY(readFields(getMessage(), id, isFactory, registryId, current));
     COwnedArray<CString> names;
-    for (; count > 0; --count) {
-        CString name;
-        TSM_TRY(readFields(getMessage(), name));
-        names.create() = name;
-    }
-    if (const CRegistryEntry* const entry = registryListeners.find(id))
+    TSM_TRY(readNames(names));
+    if (const CRegistryEntry* const entry = registryListeners.entries.find(id))
         entry->listener->onBankData(isFactory, registryId, names, current);
     return nullptr;
 }
@@ -328,7 +330,7 @@ CError* CParamInterfaceClient::onRegistryData()
     CAudioPreset preset;
     CAudioPresetBank bank;
     TSM_TRY(isPreset ? preset.load(getMessage()) : bank.load(getMessage()));
-    const CRegistryEntry* const entry = registryListeners.find(id);
+    const CRegistryEntry* const entry = registryListeners.entries.find(id);
     if (!entry)
         return nullptr;
     if (isPreset)

@@ -106,14 +106,27 @@ protected:
     [[nodiscard]] CError* makeId(std::uint32_t& id, std::uint32_t& counter, const Map& used) const;
 
 private:
-    struct CParamEntry : CTsmMemAllocator {
+    template <class Listener>
+    struct CEntry : CTsmMemAllocator {
         CString name;
-        CParamInterfaceParamListener* listener = nullptr;
+        Listener* listener = nullptr;
     };
-    struct CRegistryEntry : CTsmMemAllocator {
-        CString name;
-        CParamInterfaceRegistryListener* listener = nullptr;
+    template <class Listener>
+    struct CListeners {
+        const char* listenMessage;
+        const char* unlistenMessage;
+        CMap<std::uint32_t, CEntry<Listener>> entries{};
+        std::uint32_t counter = 0;
     };
+    using CParamEntry = CEntry<CParamInterfaceParamListener>;
+    using CRegistryEntry = CEntry<CParamInterfaceRegistryListener>;
+
+    template <class Listener>
+    [[nodiscard]] CError* listen(CListeners<Listener>& listeners, std::uint32_t& listenerId,
+                                 const CString& name, Listener& listener);
+    template <class Listener>
+    [[nodiscard]] CError* unlisten(CListeners<Listener>& listeners, std::uint32_t listenerId);
+    [[nodiscard]] CError* readNames(COwnedArray<CString>& names);
 
     [[nodiscard]] CError* onUpdateUndoHistory();
     [[nodiscard]] CError* onUpdateParamInfo();
@@ -124,11 +137,10 @@ private:
 
     CParamInterfaceClientConnector* connector = nullptr;
     CMessageInput input;
-    CMap<std::uint32_t, CParamEntry> paramListeners;
-    CMap<std::uint32_t, CRegistryEntry> registryListeners;
+    CListeners<CParamInterfaceParamListener> paramListeners{"listen-param", "unlisten-param"};
+    CListeners<CParamInterfaceRegistryListener> registryListeners{"listen-registry",
+                                                                  "unlisten-registry"};
     CSet<std::uint32_t> openSteps;
-    std::uint32_t paramCounter = 0;
-    std::uint32_t registryCounter = 0;
     std::uint32_t undoCounter = 0;
     COwnedArray<CString> undoNames;
     std::int32_t undoPosition = 0;

@@ -5,6 +5,8 @@
 #include "Other/CParamInterfaceBaseConnector.h"
 #include "Other/CParamInterfaceClient.h"
 
+#include <utility>
+
 namespace tsm {
 
 void CParamInterfaceClientConnector::declareClass(CObjectClassInfo& info)
@@ -15,7 +17,7 @@ void CParamInterfaceClientConnector::declareClass(CObjectClassInfo& info)
 
 void CParamInterfaceClientConnector::releaseLinks()
 {
-    if (CParamInterfaceBaseConnector* const target = baseConnector.exchange(nullptr))
+    if (const CParamInterfaceLink::CUse target(std::exchange(link, nullptr)); target)
         target->removeClient(clientId);
     {
         const CLockScope hold(lock);
@@ -27,10 +29,21 @@ void CParamInterfaceClientConnector::releaseLinks()
     CObject::releaseLinks();
 }
 
-CError* CParamInterfaceClientConnector::connect(CParamInterfaceBaseConnector& target)
+CError* CParamInterfaceClientConnector::notConnected() const
 {
-    TSM_TRY(target.addClient(*this, clientId));
-    baseConnector.store(&target);
+    TSM_FAIL("@tsmstr_CParamInterfaceClientConnector_send_NotConnected No base connector "
+             "defined.");
+}
+
+CError* CParamInterfaceClientConnector::connect(const std::shared_ptr<CParamInterfaceLink>& target)
+{
+    {
+        const CParamInterfaceLink::CUse use(target);
+        if (!use)
+            return notConnected();
+        TSM_TRY(use->addClient(clientId));
+    }
+    link = target;
     // To itself, so that the bridge above carries it to the client's thread.
     listenObject(getFullName(), "process-base-data-proxy", "process-base-data");
     return nullptr;
@@ -38,10 +51,9 @@ CError* CParamInterfaceClientConnector::connect(CParamInterfaceBaseConnector& ta
 
 CError* CParamInterfaceClientConnector::send(CWriteSeqBuffer& message)
 {
-    CParamInterfaceBaseConnector* const target = getBaseConnector();
+    const CParamInterfaceLink::CUse target(link);
     if (!target)
-        TSM_FAIL("@tsmstr_CParamInterfaceClientConnector_send_NotConnected No base connector "
-                 "defined.");
+        return notConnected();
     CByteBuffer bytes;
     message.takeData(bytes);
     CMemoryReader reader(bytes);

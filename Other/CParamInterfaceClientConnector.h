@@ -2,13 +2,11 @@
 
 #include "Core/CObject.h"
 #include "Other/CInterfaceBlock.h"
+#include "Other/CParamInterfaceLink.h"
 #include "Platform/CCriticalSection.h"
-
-#include <atomic>
 
 namespace tsm {
 
-class CParamInterfaceBaseConnector;
 class CParamInterfaceClient;
 class CWriteSeqBuffer;
 
@@ -22,22 +20,21 @@ public:
     /// Leaves both ends.
     void releaseLinks() override;
 
-    /// Has the base take a message, which is empty then. Errors: no base connector any more, the
+    /// Has the base take a message, which is empty then. Errors: the instance has ended, the
     /// base's. [ui]
     [[nodiscard]] virtual CError* send(CWriteSeqBuffer& message);
     /// Names the client, borrowed, null for none. [ui]
     void setClient(CParamInterfaceClient* newClient);
     /// The number by which the base knows the client; 0 before it is connected.
     [[nodiscard]] std::uint32_t getClientId() const noexcept { return clientId; }
-    /// The base connector ends before this one. [any]
-    void forgetBaseConnector() noexcept { baseConnector.store(nullptr); }
 
 protected:
-    /// Joins a base connector, borrowed. Errors: it has no number left.
-    [[nodiscard]] CError* connect(CParamInterfaceBaseConnector& target);
-    [[nodiscard]] CParamInterfaceBaseConnector* getBaseConnector() const noexcept
+    /// Joins a base connector. Errors: it has ended, or has no number left.
+    [[nodiscard]] CError* connect(const std::shared_ptr<CParamInterfaceLink>& target);
+    /// The way to the base connector; null without one.
+    [[nodiscard]] const std::shared_ptr<CParamInterfaceLink>& getLink() const noexcept
     {
-        return baseConnector.load();
+        return link;
     }
     /// True while blocks wait for the client's thread. [any]
     [[nodiscard]] bool hasIncoming();
@@ -49,7 +46,9 @@ private:
     [[nodiscard]] CError* onProcessBaseData();
     [[nodiscard]] CError* processIncoming();
 
-    std::atomic<CParamInterfaceBaseConnector*> baseConnector = nullptr;
+    [[nodiscard]] CError* notConnected() const;
+
+    std::shared_ptr<CParamInterfaceLink> link;
     std::uint32_t clientId = 0;
     CCriticalSection lock{4000};
     CParamInterfaceClient* client = nullptr;

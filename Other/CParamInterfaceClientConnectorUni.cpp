@@ -14,17 +14,28 @@ void CParamInterfaceClientConnectorUni::declareClass(CObjectClassInfo& info)
 CError* CParamInterfaceClientConnectorUni::init()
 {
     TSM_TRY(CParamInterfaceClientConnector::init());
-    CParamInterfaceBaseConnector* target = nullptr;
-    TSM_TRY(findBaseRoot().findObjectChecked(target, getAttrString("base-connector")));
-    TSM_TRY(connect(*target));
+    std::shared_ptr<CParamInterfaceLink> target;
+    TSM_TRY(findLink(target));
+    TSM_TRY(connect(target));
     return nullptr;
 }
 
-CObject& CParamInterfaceClientConnectorUni::findBaseRoot() const
+CError*
+CParamInterfaceClientConnectorUni::findLink(std::shared_ptr<CParamInterfaceLink>& target) const
+{
+    const CParamInterfaceLink::CSearch search;
+    CParamInterfaceBaseConnector* found = nullptr;
+    TSM_TRY(findBaseRoot(search).findObjectChecked(found, getAttrString("base-connector")));
+    target = found->getLink();
+    return nullptr;
+}
+
+CObject&
+CParamInterfaceClientConnectorUni::findBaseRoot(const CParamInterfaceLink::CSearch& search) const
 {
     const CAttrValue* const attr = getRoot()->getAttr("BaseConnectorRootPtr");
     auto* const field = attr ? static_cast<CObject* const*>(attr->asPointer()) : nullptr;
-    return field && *field ? **field : *getRoot();
+    return field && search.isOpen(*field) ? **field : *getRoot();
 }
 
 void CParamInterfaceClientConnectorUni::removeChild(CObject& child)
@@ -51,11 +62,11 @@ CError* CParamInterfaceClientConnectorUni::onFps(CAttrValue& value)
 
 CError* CParamInterfaceClientConnectorUni::onTimer()
 {
-    CParamInterfaceBaseConnector* const source = getBaseConnector();
     CInterfaceBlockList blocks;
     // A client that is slower than its timer finds the rest in the queue, which is bounded.
-    if (source && !hasIncoming())
-        source->takeBlocks(getClientId(), blocks);
+    if (!hasIncoming())
+        if (const CParamInterfaceLink::CUse source(getLink()); source)
+            source->takeBlocks(getClientId(), blocks);
     TSM_TRY(receive(blocks));
     return nullptr;
 }

@@ -8,8 +8,9 @@ namespace tsm {
 /// A recursive lock that spins a stated number of times before it waits in the system.
 ///
 /// Short sections (a counter, a few fields) take a small count; registries and stores, whose
-/// holders may be walking a map, take a large one. The waiting side sleeps in the kernel, so a
-/// holder that was preempted costs its waiters no processor time.
+/// holders may be walking a map, take a large one. Whoever sleeps for the lock lends its priority
+/// to the holder, so that an audio thread of real-time priority waits no longer than the section
+/// takes, even if the system had put the holder aside for others.
 class CCriticalSection {
 public:
     /// `spinCount` is the number of tries before the caller sleeps.
@@ -22,15 +23,15 @@ public:
     void enter();
     /// Takes the lock if that needs no waiting; tells whether it is held now. [any]
     [[nodiscard]] bool tryEnter();
-    /// Gives one level back. The caller holds the lock. [any]
+    /// Gives one level back. The caller holds the lock, and doesn't end while it does. [any]
     void leave();
     /// True when the calling thread holds the lock; for assertions. [any]
     [[nodiscard]] bool isHeldByThisThread() const;
 
 private:
-    // 0 free, 1 held, 2 held with sleepers.
+    // The holder's number as the system counts threads, 0 while it is free; the system adds a mark
+    // while others sleep.
     std::atomic<std::uint32_t> state = 0;
-    std::atomic<std::uint32_t> owner = 0;
     std::uint32_t depth = 0;
     int spins;
 };

@@ -69,7 +69,10 @@ CAudioWrapperVST3::CAudioWrapperVST3(std::shared_ptr<tsm::CApplication> runningA
 {
 }
 
-CAudioWrapperVST3::~CAudioWrapperVST3() = default;
+CAudioWrapperVST3::~CAudioWrapperVST3()
+{
+    endInterface();
+}
 
 tresult CAudioWrapperVST3::queryInterface(const TUID iid, void** obj)
 {

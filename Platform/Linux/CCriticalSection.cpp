@@ -3,6 +3,7 @@
 #include "Platform/CThreadId.h"
 
 #include <cassert>
+#include <ctime>
 
 #include <linux/futex.h>
 #include <sys/syscall.h>
@@ -10,72 +11,75 @@
 
 namespace tsm {
 
-// Drepper, "Futexes Are Tricky" (2011), the mutex of three states: state 2 is the only one whose
-// release enters the kernel, so a lock without waiters costs two atomic operations.
+// A futex with priority inheritance (Documentation/locking/pi-futex.rst of Linux; Sha, Rajkumar,
+// Lehoczky, "Priority Inheritance Protocols", 1990). Only a lock that others sleep for is left
+// through the kernel, so one without waiters costs two atomic operations. The C library's mutex
+// does the same, but can't be a constant that is never destroyed, and doesn't spin.
 namespace {
 
 constexpr std::uint32_t kFree = 0;
-constexpr std::uint32_t kHeld = 1;
-constexpr std::uint32_t kHeldWithSleepers = 2;
 
-void sleepWhile(std::atomic<std::uint32_t>& state, std::uint32_t expected)
-{
-    // Any early return (a signal, a changed value) only means another look at the state.
-    syscall(SYS_futex, &state, FUTEX_WAIT_PRIVATE, expected, nullptr, nullptr, 0);
-}
-
-void wakeOne(std::atomic<std::uint32_t>& state)
-{
-    syscall(SYS_futex, &state, FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
-}
-
-bool take(std::atomic<std::uint32_t>& state)
+bool take(std::atomic<std::uint32_t>& state, std::uint32_t caller)
 {
     std::uint32_t expected = kFree;
-    return state.compare_exchange_strong(expected, kHeld, std::memory_order_acquire,
+    return state.compare_exchange_strong(expected, caller, std::memory_order_acquire,
                                          std::memory_order_relaxed);
 }
 
-bool takeSpinning(std::atomic<std::uint32_t>& state, int tries)
+bool takeSpinning(std::atomic<std::uint32_t>& state, std::uint32_t caller, int tries)
 {
     for (int i = 0; i < tries; ++i) {
         // Looks before it writes: a failed exchange would pull the line away from the holder.
-        if (state.load(std::memory_order_relaxed) == kFree && take(state))
+        if (state.load(std::memory_order_relaxed) == kFree && take(state, caller))
             return true;
         __builtin_ia32_pause();
     }
     return false;
 }
 
+void takeSleeping(std::atomic<std::uint32_t>& state, std::uint32_t caller)
+{
+    // Fails while the holder's thread is just ending, and on a kernel without inheritance.
+    constexpr timespec kRetryInterval{0, 50'000};
+    while (syscall(SYS_futex, &state, FUTEX_LOCK_PI_PRIVATE, 0, nullptr, nullptr, 0) != 0) {
+        if (take(state, caller))
+            return;
+        nanosleep(&kRetryInterval, nullptr);
+    }
+    // The kernel has entered the caller's number, behind what the former holder did.
+    [[maybe_unused]] const std::uint32_t entered = state.load(std::memory_order_acquire);
+    assert((entered & FUTEX_TID_MASK) == caller);
+}
+
+void giveToSleeper(std::atomic<std::uint32_t>& state)
+{
+    // The kernel orders memory, but not in the eyes of a tool that follows the program alone.
+    state.fetch_or(0, std::memory_order_release);
+    syscall(SYS_futex, &state, FUTEX_UNLOCK_PI_PRIVATE, 0, nullptr, nullptr, 0);
+}
+
 } // namespace
 
 void CCriticalSection::enter()
 {
-    const std::uint32_t caller = currentThreadId();
-    if (owner.load(std::memory_order_relaxed) == caller) {
+    if (isHeldByThisThread()) {
         ++depth;
         return;
     }
-    if (!take(state) && !takeSpinning(state, spins)) {
-        // Having slept, a thread can't know of further sleepers, so it takes the lock as if there
-        // were some; the cost is one needless wake-up.
-        while (state.exchange(kHeldWithSleepers, std::memory_order_acquire) != kFree)
-            sleepWhile(state, kHeldWithSleepers);
-    }
-    owner.store(caller, std::memory_order_relaxed);
+    const std::uint32_t caller = currentThreadId();
+    if (!take(state, caller) && !takeSpinning(state, caller, spins))
+        takeSleeping(state, caller);
     depth = 1;
 }
 
 bool CCriticalSection::tryEnter()
 {
-    const std::uint32_t caller = currentThreadId();
-    if (owner.load(std::memory_order_relaxed) == caller) {
+    if (isHeldByThisThread()) {
         ++depth;
         return true;
     }
-    if (!take(state))
+    if (!take(state, currentThreadId()))
         return false;
-    owner.store(caller, std::memory_order_relaxed);
     depth = 1;
     return true;
 }
@@ -85,14 +89,15 @@ void CCriticalSection::leave()
     assert(isHeldByThisThread());
     if (--depth > 0)
         return;
-    owner.store(0, std::memory_order_relaxed);
-    if (state.exchange(kFree, std::memory_order_release) == kHeldWithSleepers)
-        wakeOne(state);
+    std::uint32_t expected = currentThreadId();
+    if (!state.compare_exchange_strong(expected, kFree, std::memory_order_release,
+                                       std::memory_order_relaxed))
+        giveToSleeper(state);
 }
 
 bool CCriticalSection::isHeldByThisThread() const
 {
-    return owner.load(std::memory_order_relaxed) == currentThreadId();
+    return (state.load(std::memory_order_relaxed) & FUTEX_TID_MASK) == currentThreadId();
 }
 
 } // namespace tsm

@@ -46,7 +46,7 @@ TEST_F(AProcessTree, KeepsWhatTheCollectorHas)
     EXPECT_EQ(value("plugin.modMain.kept"), 1.0);
     set("kept", 8.0);
     CPtr<CAudioProcessBase> again;
-    create(again, "modMain");
+    ASSERT_OK(create(again, "shared::audio.modMain"));
     EXPECT_EQ(value("plugin.modMain.kept"), 8.0);
 }
 

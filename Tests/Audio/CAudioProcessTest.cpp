@@ -408,7 +408,7 @@ TEST_F(AGraph, MayEndBeforeItsReaders)
     output.reset();
     input->put(0, pool.takeFilled(10, 1.0), 10);
     main->process();
-    create(output, "sink");
+    ASSERT_OK(create(output, "shared::audio.sink"));
     sink = static_cast<CTestSink*>(output.get());
     CAudioProcessBase::connect(main.get(), 0, *output, 0);
     EXPECT_EQ(run(constant(10)), constant(10, 2.0)) << "a reader that comes later";

@@ -1,5 +1,5 @@
 #include "Tests/Support/CInterfaceRig.h"
-#include "Tests/Support/CParamTree.h"
+#include "Tests/Support/InterfaceMessages.h"
 
 #include <cmath>
 #include <optional>
@@ -7,15 +7,10 @@
 namespace tsm::test {
 namespace {
 
-constexpr std::uint32_t kUndo = 1 << 16 | 77;
-
 /// Messages written byte by byte, and what becomes of them when they are damaged.
 class ADamagedMessage : public AnInterface {
 protected:
-    struct CMessage {
-        std::string name;
-        CBytes bytes;
-    };
+    using CMessage = CWrittenMessage;
 
     void SetUp() override
     {
@@ -32,93 +27,19 @@ protected:
         AnInterface::TearDown();
     }
 
-    static CMessage message(const char* name, const CByteList& fields)
+    CMessageWriter writer() const
     {
-        CByteList all;
-        all.text(name);
-        all.bytes.insert(all.bytes.end(), fields.bytes.begin(), fields.bytes.end());
-        return {name, all.bytes};
+        return {{gain, names, programs}, written([&](COutputStream& out) {
+                    EXPECT_OK(instance->getParamRegistry().acquirePreset(true, 1, -1, out));
+                })};
     }
-    /// Place and shape of a change of group 0; single group, single element as told.
-    static CByteList changeHead(std::uint32_t count, std::uint32_t type,
-                                std::uint32_t isSingleGroup)
+    /// Place and shape of a change, as the writer makes them.
+    static CByteList changeTo(std::uint32_t listener, std::uint32_t count, std::uint32_t type,
+                              std::uint32_t isSingleGroup)
     {
         CByteList list;
-        return list.u32(0).u32(0).u32(count).u32(0).u32(1).u32(type).u32(isSingleGroup).u32(0);
-    }
-    static CByteList& append(CByteList& list, const CByteList& more)
-    {
-        list.bytes.insert(list.bytes.end(), more.bytes.begin(), more.bytes.end());
-        return list;
-    }
-    CByteList gainChange(std::uint32_t undoId) const
-    {
-        CByteList list;
-        append(list.u32(gain).u32(undoId), changeHead(1, 0, 0));
-        return list.f64(0x4000000000000000); // 2.0
-    }
-    CByteList textChange() const
-    {
-        CByteList list;
-        append(list.u32(names).u32(0), changeHead(2, 1, 1));
-        return list.u32(1).u32(2).u32(2).u32(1).u32(1).text("One").u32(2).u32(1).text("Two");
-    }
-    CByteList presetFields(std::uint32_t group) const
-    {
-        CByteList list;
-        list.u32(programs).u32(group);
-        const CBytes preset = written([&](COutputStream& out) {
-            EXPECT_OK(instance->getParamRegistry().acquirePreset(true, 1, -1, out));
-        });
-        list.bytes.insert(list.bytes.end(), preset.begin(), preset.end());
-        return list;
-    }
-    CByteList defaultPreset() const
-    {
-        CByteList list = presetFields(0);
-        list.bytes.erase(list.bytes.begin() + 4, list.bytes.begin() + 8);
-        return list;
-    }
-    /// One of each, all of them good, in an order in which they can be sent.
-    std::vector<CMessage> messages() const
-    {
-        const std::uint32_t all = 0xFFFFFFFF;
-        return {
-            message("create-undo-data", CByteList().u32(kUndo).text("Edit").u32(1).u32(all)),
-            message("change-param", gainChange(kUndo)),
-            message("change-param", textChange()),
-            message("reset-param", CByteList().u32(gain).u32(0).u32(0).u32(kUndo).u32(0)),
-            message("submit-undo-data", CByteList().u32(kUndo).text("Other")),
-            message("remove-undo-data", CByteList().u32(kUndo)),
-            message("request-undo-history", CByteList().u32(1)),
-            message("set-undo-history-pos", CByteList().u32(0)),
-            message("listen-param",
-                    CByteList().text("plugin.modMain.bypass-enable").u32(1 << 16 | 9)),
-            message("unlisten-param", CByteList().u32(1 << 16 | 9)),
-            message("listen-registry",
-                    CByteList().text("plugin.param-registry-io").u32(1 << 16 | 9)),
-            message("unlisten-registry", CByteList().u32(1 << 16 | 9)),
-            message("set-current-program", CByteList().u32(programs).u32(2)),
-            message("rename-preset", CByteList().u32(programs).u32(2).text("Mine")),
-            message("activate-factory-preset", CByteList().u32(programs).u32(3)),
-            message("activate-preset", presetFields(all)),
-            message("request-preset", CByteList().u32(programs).u32(5).u32(1).u32(0).u32(all)),
-            message("request-bank", CByteList().u32(programs).u32(6).u32(0)),
-            message("set-default-preset", defaultPreset()),
-            message("activate-default-preset", CByteList().u32(programs)),
-            message("exchange-shadow-preset", CByteList().u32(programs)),
-            message("update-shadow-preset", CByteList().u32(programs)),
-            message("listen-viz",
-                    CByteList().u32(1 << 16 | 9).text("plugin.modMain.modMeterOut").u32(all)),
-            message("unlisten-viz", CByteList().u32(1 << 16 | 9)),
-            message("request-viz-data", CByteList().u32(1).f64(0x403E000000000000)), // 30.0
-            message("request-export-slot-names", CByteList().u32(1)),
-            message("request-internal-channel-count", CByteList().u32(1)),
-            message("request-group-count", CByteList().u32(1)),
-            message("request-io-channel-counts", CByteList().u32(1)),
-            message("request-sample-rate", CByteList().u32(1)),
-            message("import-channel-labels", CByteList()),
-        };
+        return list.u32(listener).u32(0).append(
+            CMessageWriter::changeHead(count, type, isSingleGroup).bytes);
     }
     /// Whether sound still passes as it should.
     bool passesSound()
@@ -154,7 +75,7 @@ protected:
 
 TEST_F(ADamagedMessage, ChangesNothingWhereverItIsCut)
 {
-    for (const CMessage& message : messages()) {
+    for (const CMessage& message : writer().all()) {
         SCOPED_TRACE(message.name);
         const CBytes before = state();
         const std::vector<std::string> steps = history();
@@ -178,7 +99,7 @@ TEST_F(ADamagedMessage, HarmsNothingWhateverItsBytes)
         random = random * 6364136223846793005U + 1442695040888963407U;
         return static_cast<std::uint32_t>(random >> 33);
     };
-    const std::vector<CMessage> good = messages();
+    const std::vector<CMessage> good = writer().all();
     for (const CMessage& message : good) {
         // Names that are none teach nothing: only what stands behind them is damaged.
         const std::size_t head = 4 + message.name.size();
@@ -198,17 +119,16 @@ TEST_F(ADamagedMessage, HarmsNothingWhateverItsBytes)
     // A new window finds all well.
     window = std::make_unique<CTestClient>(instance->getRoot());
     programs = window->listen("plugin.param-registry", ofPrograms);
-    ASSERT_OK(process(message("activate-preset", presetFields(0xFFFFFFFF)).bytes));
+    ASSERT_OK(process(
+        writtenMessage("activate-preset", writer().presetFields(CMessageWriter::kAll)).bytes));
     EXPECT_EQ(param("preset-name").text(0, 0).toUtf8(), "Drum Saturator");
     EXPECT_TRUE(passesSound());
 }
 
 TEST_F(ADamagedMessage, SaysWhatIsWrong)
 {
-    CByteList many;
-    append(many.u32(gain).u32(0), changeHead(0x7FFFFFFF, 0, 0));
-    CByteList type;
-    append(type.u32(gain).u32(0), changeHead(1, 3, 0));
+    const CByteList many = changeTo(gain, 0x7FFFFFFF, 0, 0);
+    const CByteList type = changeTo(gain, 1, 3, 0);
     CByteList far;
     far.u32(gain).u32(0).u32(0).u32(60000).u32(1).u32(0).u32(1).u32(0).u32(0).u32(0).f64(0);
     CByteList group;
@@ -219,13 +139,15 @@ TEST_F(ADamagedMessage, SaysWhatIsWrong)
     };
     const CBytes before = state();
     for (const CRow& row :
-         {CRow{message("change-param", many), "Invalid elements specified (2147483647 from 0)."},
-          CRow{message("change-param", type), "Unknown data type 3 encountered"},
-          CRow{message("change-param", far), "Invalid element 60000 specified."},
-          CRow{message("change-param", group), "Invalid group 32 specified."},
-          CRow{message("reset-param", CByteList().u32(gain).u32(0).u32(0xFFFFFFF0).u32(0).u32(0)),
+         {CRow{writtenMessage("change-param", many),
+               "Invalid elements specified (2147483647 from 0)."},
+          CRow{writtenMessage("change-param", type), "Unknown data type 3 encountered"},
+          CRow{writtenMessage("change-param", far), "Invalid element 60000 specified."},
+          CRow{writtenMessage("change-param", group), "Invalid group 32 specified."},
+          CRow{writtenMessage("reset-param",
+                              CByteList().u32(gain).u32(0).u32(0xFFFFFFF0).u32(0).u32(0)),
                "Invalid element -16 specified."},
-          CRow{message("no-message", CByteList()), "Unknown event 'no-message'."}}) {
+          CRow{writtenMessage("no-message", CByteList()), "Unknown event 'no-message'."}}) {
         SCOPED_TRACE(row.error);
         EXPECT_FAILS_WITH(process(row.message.bytes), row.error);
     }
@@ -235,14 +157,13 @@ TEST_F(ADamagedMessage, SaysWhatIsWrong)
 TEST_F(ADamagedMessage, BelievesNoCountThatItsBytesDoNotHold)
 {
     // A table of texts and a preset that claim four billion entries.
-    CByteList texts;
-    append(texts.u32(names).u32(0), changeHead(1, 1, 1)).u32(1).u32(0xFFFFFFFF);
+    const CByteList texts = changeTo(names, 1, 1, 1).u32(1).u32(0xFFFFFFFF);
     CByteList preset;
     preset.u32(programs).u32(0xFFFFFFFF).text("gplu:x").u32(0xFFFFFFFF).text("k").u32(0x0FFFFFFF);
-    CByteList numbers;
-    append(numbers.u32(gain).u32(0), changeHead(65536, 0, 0));
-    for (const CMessage& row : {message("change-param", texts), message("activate-preset", preset),
-                                message("change-param", numbers)}) {
+    const CByteList numbers = changeTo(gain, 65536, 0, 0);
+    for (const CMessage& row :
+         {writtenMessage("change-param", texts), writtenMessage("activate-preset", preset),
+          writtenMessage("change-param", numbers)}) {
         SCOPED_TRACE(row.name);
         EXPECT_THAT(takeMessage(process(row.bytes)),
                     testing::AnyOf(testing::StartsWith("Premature end of memory resource"),

@@ -57,6 +57,25 @@ protected:
             EXPECT_OK(window->unlistenParam(ofGain));
         }
     }
+    /// The same beside an instance that may end at any moment: the first error, if there is one.
+    [[nodiscard]] static CError* tryWindow(CObject* root, const CAudioParamChange& change,
+                                           CTestClient& window,
+                                           std::unique_ptr<CRecordingParam>& gain)
+    {
+        TSM_TRY(window.attach(root));
+        gain = std::make_unique<CRecordingParam>(*window.client);
+        std::uint32_t id = 0;
+        std::uint32_t step = 0;
+        TSM_TRY(window->listenParam(id, "plugin.modMain.modReelpath.recgain", *gain));
+        for (int i = 0; i < 10; ++i) {
+            TSM_TRY(window->createUndoData(step, "edit"));
+            TSM_TRY(window->changeParam(id, step, change));
+            TSM_TRY(window->requestVizData(30.0));
+            TSM_TRY(window.tick());
+            TSM_TRY(window->submitUndoData(step));
+        }
+        return nullptr;
+    }
 };
 
 TEST_F(InterfaceThreads, ServeWindowsWhileSoundAndHostGoOn)
@@ -181,6 +200,42 @@ TEST_F(InterfaceThreads, ServeInstancesThatComeAndGoBesideEachOther)
     std::thread other([&] { live(3); });
     live(0);
     other.join();
+}
+
+TEST_F(InterfaceThreads, RefuseWindowsOfAnInstanceThatEndsOnAnother)
+{
+    const CAudioParamChange change = shapedLike(param("modReelpath.recgain"), numbers({1.5}));
+    for (int round = 0; round < 10; ++round) {
+        CObject* const root = &instance->getRoot();
+        std::atomic<int> begun = 0;
+        const auto use = [&] {
+            for (bool isOver = false; !isOver; ++begun) {
+                std::unique_ptr<CRecordingParam> gain;
+                CTestClient window;
+                CPtr<CError> error(tryWindow(root, change, window, gain));
+                isOver = static_cast<bool>(error);
+                if (error) {
+                    EXPECT_THAT(error->getMessage().toUtf8(),
+                                testing::AnyOf(testing::HasSubstr("No base connector defined."),
+                                               testing::HasSubstr("Unable to find object")));
+                }
+                // What it still sends goes nowhere.
+                if (error && window.client) {
+                    CPtr<CError> late(window->requestUndoHistory());
+                    EXPECT_TRUE(late);
+                    EXPECT_OK(window.tick());
+                }
+            }
+        };
+        std::thread first(use);
+        std::thread second(use);
+        while (begun < 2 + 2 * round)
+            std::this_thread::yield();
+        instance.reset();
+        first.join();
+        second.join();
+        begin();
+    }
 }
 
 } // namespace

@@ -102,8 +102,7 @@ protected:
                creatorRow<CTestSinkDef>("audio:modMeter"),
                creatorRow<CTestSinkDef>("audio:modOutput")},
               "GraphTest.xml");
-        env = &make<CAudioEnv>(*root.get(), "audio:audio-env", "env");
-        collector = &make<CAudioParamCollector>(*root.get(), "audio:param-collector", "collector");
+        makeHost(false);
         build("modOutput");
         setFormat({0, 0});
         prime({constant(3000, 0.0), constant(3000, 0.0)});

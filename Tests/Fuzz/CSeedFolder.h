@@ -32,6 +32,7 @@ private:
 /// What the folder is filled with: the product's own data wherever there are some. The product's
 /// application has been started.
 void addDefinitionSeeds(CSeedFolder& seeds);
+void addInterfaceSeeds(CSeedFolder& seeds);
 void addPresetSeeds(CSeedFolder& seeds);
 void addSoundSeeds(CSeedFolder& seeds);
 void addStoredSeeds(CSeedFolder& seeds);

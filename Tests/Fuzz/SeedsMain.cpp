@@ -16,6 +16,7 @@ int main(int argumentCount, char** arguments)
         (void)tsm::fuzzProduct();
         tsm::CSeedFolder seeds(arguments[1]);
         tsm::addDefinitionSeeds(seeds);
+        tsm::addInterfaceSeeds(seeds);
         tsm::addPresetSeeds(seeds);
         tsm::addSoundSeeds(seeds);
         tsm::addStoredSeeds(seeds);

@@ -1,9 +1,17 @@
 #include "Platform/CCriticalSection.h"
+#include "Platform/CThreadId.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fstream>
+#include <iterator>
+#include <pthread.h>
+#include <sched.h>
+#include <sstream>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace tsm {
@@ -83,6 +91,69 @@ TEST(CriticalSectionWithThreads, AllWakeWhenTheHolderWasLong)
     for (std::thread& sleeper : sleepers)
         sleeper.join();
     EXPECT_EQ(passed, 6);
+}
+
+/// A thread's present priority as the system has it: 0 and above for usual ones, below for
+/// real-time ones (proc_pid_stat(5)).
+int priorityOf(std::uint32_t thread)
+{
+    std::ifstream stream("/proc/self/task/" + std::to_string(thread) + "/stat");
+    std::string text((std::istreambuf_iterator<char>(stream)), {});
+    std::istringstream fields(text.substr(text.rfind(')') + 1));
+    constexpr int kFieldsBefore = 15; // from the state on
+    std::string field;
+    for (int i = 0; i < kFieldsBefore; ++i)
+        fields >> field;
+    int priority = 0;
+    fields >> priority;
+    return priority;
+}
+
+TEST(CriticalSectionWithThreads, TheHolderInheritsThePriorityOfASleeper)
+{
+    CCriticalSection lock;
+    std::atomic<bool> isGranted = true;
+    bool hasInherited = false;
+    std::thread sleeper;
+    {
+        const CLockScope hold(lock);
+        ASSERT_GE(priorityOf(currentThreadId()), 0);
+        sleeper = std::thread([&] {
+            sched_param param{};
+            param.sched_priority = sched_get_priority_min(SCHED_FIFO);
+            isGranted = pthread_setschedparam(pthread_self(), SCHED_FIFO, &param) == 0;
+            const CLockScope wait(lock);
+        });
+        for (int i = 0; i < 10000 && isGranted && !hasInherited; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1)); // until it sleeps
+            hasInherited = priorityOf(currentThreadId()) < 0;
+        }
+    }
+    sleeper.join();
+    if (!isGranted)
+        GTEST_SKIP() << "this process may not have real-time priorities";
+    EXPECT_TRUE(hasInherited);
+    EXPECT_GE(priorityOf(currentThreadId()), 0);
+}
+
+TEST(CriticalSectionWithThreads, WorkInAForkedProcess)
+{
+    (void)currentThreadId();
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        alarm(20);
+        CCriticalSection lock;
+        lock.enter();
+        std::thread sleeper([&] { const CLockScope hold(lock); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until it sleeps
+        lock.leave();
+        sleeper.join();
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
 }
 
 } // namespace

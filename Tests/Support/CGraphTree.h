@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
 #include "Audio/CAudioParamRemapDef.h"
@@ -12,8 +10,8 @@
 #include "Audio/CAudioProcessLinkDef.h"
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Tests/Support/CDocumentBytes.h"
+#include "Tests/Support/CProcessHost.h"
 #include "Tests/Support/CTestModules.h"
-#include "Tests/Support/CTestTree.h"
 
 #include <optional>
 
@@ -75,7 +73,7 @@ inline CTestNode wired(CNodes children, CAttrs attrs = {})
 }
 
 /// A graph made from a document, between the test's signal and a sink.
-class AGraph : public ATree {
+class AGraph : public AProcessHost {
 protected:
     void SetUp() override { moduleCounts = {}; }
 
@@ -109,16 +107,13 @@ protected:
                creatorRow<CTestSeqDef>("audio:testSeq"),
                creatorRow<CTestSinkDef>("audio:testSink")},
               "GraphTest.xml");
-        env = &make<CAudioEnv>(*root.get(), "audio:audio-env", "env");
-        collector = &make<CAudioParamCollector>(*root.get(), "audio:param-collector", "collector");
+        makeHost(false);
     }
     /// Makes the running graph.
     void build(const char* sinkName = "sink")
     {
-        context = {env, collector, &pool};
-        collector->setEnv(env);
-        create(main, "modMain");
-        create(output, sinkName);
+        ASSERT_OK(create(main, "shared::audio.modMain"));
+        ASSERT_OK(create(output, CString("shared::audio.") + sinkName));
         sink = static_cast<CTestSink*>(output.get());
         input = &CAudioProcessBase::connect(nullptr, 0, *main, 0);
         CAudioProcessBase::connect(main.get(), 0, *output, 0);
@@ -143,13 +138,6 @@ protected:
         TearDown();
         SetUp();
     }
-    void create(CPtr<CAudioProcessBase>& holder, const char* name)
-    {
-        CAudioProcessDefBase* def = nullptr;
-        ASSERT_OK(root->findObjectChecked(def, CString("shared::audio.") + name));
-        ASSERT_OK(createProcess(holder, *def, context, nullptr, CString("plugin.") + name));
-    }
-
     /// One channel for each group named.
     void setFormat(const std::vector<std::uint32_t>& groups, double rate = 44100.0)
     {
@@ -161,15 +149,8 @@ protected:
     }
     void set(const char* name, double value, int group = 0)
     {
-        CAudioParam* found = collector->find(CString("plugin.modMain.") + name);
-        ASSERT_NE(found, nullptr) << name;
-        found->setValue(group, 0, value);
+        setValue(CString("plugin.modMain.") + name, value, group);
         takeQueue();
-    }
-    void takeQueue()
-    {
-        const CLockScope hold(env->lock);
-        collector->takeQueue();
     }
     /// Makes the graph and lets the defaults of the parameters, which were made with it, come
     /// through the queue, as the priming passes of an instance do.
@@ -198,11 +179,8 @@ protected:
     void runBlock(const std::vector<CSignal>& in, int at, int length)
     {
         collector->applyQueue();
-        for (std::size_t i = 0; i < in.size(); ++i) {
-            CAudioBlockRef block = pool.take(length);
-            std::copy_n(in[i].begin() + at, length, block.write());
-            input->put(static_cast<int>(i), std::move(block), length);
-        }
+        for (std::size_t i = 0; i < in.size(); ++i)
+            put(*input, static_cast<int>(i), in[i].data() + at, length);
         main->process();
         output->process();
     }
@@ -222,10 +200,6 @@ protected:
     }
 
     std::optional<CTestResource> document;
-    CAudioEnv* env = nullptr;
-    CAudioParamCollector* collector = nullptr;
-    CAudioBlockPool pool;
-    CAudioProcessContext context;
     CPtr<CAudioProcessBase> main;
     CPtr<CAudioProcessBase> output;
     CTestSink* sink = nullptr;

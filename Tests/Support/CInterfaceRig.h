@@ -94,16 +94,22 @@ public:
 /// A client in a tree of its own, as an editor or a monitor would have it.
 class CTestClient {
 public:
+    CTestClient() = default;
     explicit CTestClient(CObject& instance, const char* timerTag = "test:timer")
-        : instanceRoot(&instance)
     {
-        EXPECT_OK(CApplication::get()->initRootObject(root, CString()));
-        EXPECT_OK(root->setAttrPointer("BaseConnectorRootPtr", &instanceRoot, true));
-        EXPECT_OK(root->setAttr("client-timer", CString(timerTag), true));
-        EXPECT_OK(root->loadXMLData(TSM_CLIENT_DOCUMENT, false));
-        EXPECT_OK(root->findObjectChecked(client, "ui.interface-client"));
-        EXPECT_OK(root->findObjectChecked(connector, "ui.interface-client-connector"));
-        EXPECT_OK(root->findObjectChecked(timer, "ui.interface-client-connector.timer"));
+        EXPECT_OK(attach(&instance, timerTag));
+    }
+    [[nodiscard]] CError* attach(CObject* instance, const char* timerTag = "test:timer")
+    {
+        instanceRoot = instance;
+        TSM_TRY(CApplication::get()->initRootObject(root, CString()));
+        TSM_TRY(root->setAttrPointer("BaseConnectorRootPtr", &instanceRoot, true));
+        TSM_TRY(root->setAttr("client-timer", CString(timerTag), true));
+        TSM_TRY(root->loadXMLData(TSM_CLIENT_DOCUMENT, false));
+        TSM_TRY(root->findObjectChecked(client, "ui.interface-client"));
+        TSM_TRY(root->findObjectChecked(connector, "ui.interface-client-connector"));
+        TSM_TRY(root->findObjectChecked(timer, "ui.interface-client-connector.timer"));
+        return nullptr;
     }
     CAudioInterfaceClient* operator->() const noexcept { return client; }
 
@@ -136,7 +142,7 @@ public:
         return texts;
     }
 
-    CObject* instanceRoot;
+    CObject* instanceRoot = nullptr;
     CTreePtr<CObject> root;
     CAudioInterfaceClient* client = nullptr;
     CParamInterfaceClientConnectorUni* connector = nullptr;
@@ -165,6 +171,8 @@ inline CAudioParamChange shapedLike(const CAudioParam& param, CAudioParamChange 
 /// An instance whose host writes down what it is told.
 class CNotingWrapper : public CTestWrapper {
 public:
+    ~CNotingWrapper() override { endInterface(); }
+
     void performEdit(std::int32_t index, double) override { note("edit", index); }
     void beginEdit(std::int32_t index) override
     {

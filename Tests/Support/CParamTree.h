@@ -19,6 +19,7 @@
 #include "Audio/Converters/CAudioParamConverterTime.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
+#include "Tests/Support/CByteList.h"
 #include "Tests/Support/CTestTree.h"
 
 #include <functional>
@@ -184,29 +185,6 @@ public:
 
 private:
     CHook hook;
-};
-
-/// Little-endian bytes, written by hand.
-class CByteList {
-public:
-    CByteList& u32(std::uint32_t value)
-    {
-        for (int i = 0; i < 4; ++i)
-            bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-        return *this;
-    }
-    CByteList& f64(std::uint64_t pattern)
-    {
-        u32(static_cast<std::uint32_t>(pattern));
-        return u32(static_cast<std::uint32_t>(pattern >> 32));
-    }
-    CByteList& text(const std::string& value)
-    {
-        u32(static_cast<std::uint32_t>(value.size()));
-        bytes.insert(bytes.end(), value.begin(), value.end());
-        return *this;
-    }
-    std::vector<std::uint8_t> bytes;
 };
 
 } // namespace tsm

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "Audio/CAudioBlockPool.h"
-#include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamAllocDef.h"
-#include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
-#include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CAudioProcessTerminalBase.h"
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/Converters/CAudioParamConverterReal.h"
@@ -23,7 +19,7 @@
 #include "Audio/Processes/CModReelpathPostDef.h"
 #include "Audio/Processes/CModResamplerDef.h"
 #include "Tests/Support/CDocumentBytes.h"
-#include "Tests/Support/CTestTree.h"
+#include "Tests/Support/CProcessHost.h"
 
 #include <optional>
 
@@ -37,7 +33,7 @@ struct CTestParam {
 };
 
 /// One process between the test and an output process, made from a document.
-class AProcess : public ATree {
+class AProcess : public AProcessHost {
 protected:
     using CChannels = std::vector<std::vector<double>>;
 
@@ -84,15 +80,10 @@ protected:
                creatorRow<CModReelpathDef>("audio:modReelpath"),
                creatorRow<CModReelpathPostDef>("audio:modReelpathPost")},
               "ProcessTest.xml");
-        CObject& plugin = make(*root.get(), "core:object", "plugin");
-        env = &make<CAudioEnv>(plugin, "audio:audio-env", "audio-env");
-        env->isProcessing = true;
-        collector = &make<CAudioParamCollector>(plugin, "audio:param-collector", "param-collector");
-        collector->setEnv(env);
-        makeVizCollector(plugin);
-        context = {env, collector, &pool, viz};
-        createFrom(process, "modTest");
-        createFrom(outputProcess, "modOutput");
+        makeVizCollector(makeHost());
+        context.vizCollector = viz;
+        ASSERT_OK(create(process, "shared::audio.modTest"));
+        ASSERT_OK(create(outputProcess, "shared::audio.modOutput"));
         sink = dynamic_cast<CModOutput*>(outputProcess.get());
         ASSERT_NE(sink, nullptr);
         mainLink = &CAudioProcessBase::connect(nullptr, 0, *process, 0);
@@ -126,9 +117,7 @@ protected:
     }
     void set(const char* name, double value, int group = 0)
     {
-        CAudioParam* param = collector->find(CString("plugin.modTest.") + name);
-        ASSERT_NE(param, nullptr) << name;
-        param->setValue(group, 0, value);
+        setValue(CString("plugin.modTest.") + name, value, group);
     }
 
     /// One sub-block; the output's channels stay readable. What was sent stands in `sent`.
@@ -139,11 +128,7 @@ protected:
         send(*mainLink, main);
         if (dryLink)
             send(*dryLink, dry);
-        {
-            const CLockScope hold(env->lock);
-            collector->takeQueue();
-        }
-        collector->applyQueue();
+        takeChanges();
         process->process();
         outputProcess->process();
         return *outputProcess->findPort(0);
@@ -177,11 +162,7 @@ protected:
     /// More definitions beside that of the process.
     std::vector<CTestNode> others;
     std::optional<CTestResource> document;
-    CAudioEnv* env = nullptr;
-    CAudioParamCollector* collector = nullptr;
     CAudioVizCollector* viz = nullptr;
-    CAudioBlockPool pool;
-    CAudioProcessContext context;
     CPtr<CAudioProcessBase> process;
     CPtr<CAudioProcessBase> outputProcess;
     CModOutput* sink = nullptr;
@@ -217,21 +198,11 @@ private:
         attrs["param-collector"].setText("^param-collector");
         ASSERT_OK(plugin.createChild(viz, "audio:viz-collector", "viz-collector", false, &attrs));
     }
-    void createFrom(CPtr<CAudioProcessBase>& holder, const char* name)
-    {
-        CAudioProcessDefBase* def = nullptr;
-        ASSERT_OK(root->findObjectChecked(def, CString("shared::audio.") + name));
-        ASSERT_OK(createProcess(holder, *def, context, nullptr, CString("plugin.") + name));
-    }
     void send(CAudioLink& link, const CChannels& channels)
     {
-        for (std::size_t i = 0; i < channels.size(); ++i) {
-            const int length = static_cast<int>(channels[i].size());
-            CAudioBlockRef block = pool.take(length);
-            std::copy(channels[i].begin(), channels[i].end(), block.write());
-            sent.push_back(block);
-            link.put(static_cast<int>(i), std::move(block), length);
-        }
+        for (std::size_t i = 0; i < channels.size(); ++i)
+            sent.push_back(put(link, static_cast<int>(i), channels[i].data(),
+                               static_cast<int>(channels[i].size())));
     }
 };
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Core/CInputStream.h"
-
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace tsm {
@@ -17,10 +14,5 @@ struct CMeterReading {
     double rms = 0.0; // linear
     double peak = 0.0;
 };
-
-/// Reads the answer to a request for the meters' data, and hands on each reading of a meter; data
-/// of other kinds are passed over. Errors: damaged data; what stood before is handed on.
-[[nodiscard]] CError* readMeterData(CInputStream& stream,
-                                    const std::function<void(const CMeterReading&)>& take);
 
 } // namespace tsm

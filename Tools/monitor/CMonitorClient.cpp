@@ -11,6 +11,7 @@ extern const CResourceEntry kMonitorResources[];
 namespace {
 
 constexpr const char* kMainPath = "plugin.modMain.";
+constexpr double kInactiveSeconds = 1.0; // the slower meter sends six times in it
 constexpr const char* kMeters[] = {"plugin.modMain.modMeterOut", "plugin.modMain.modMeterIODiff"};
 
 } // namespace
@@ -26,7 +27,8 @@ CError* CMonitorClient::attach(CApplication& application, CObject& instanceRoot,
 {
     instance = &instanceRoot;
     TSM_TRY(loadTree(application, framesPerSecond, ticksItself));
-    client->setVizProcessor(this);
+    delivery = std::make_unique<CVizDelivery>(kInactiveSeconds, framesPerSecond);
+    client->setVizProcessor(delivery.get());
     TSM_TRY(listen(paramNames));
     TSM_TRY(fetch());
     return nullptr;
@@ -64,10 +66,7 @@ CError* CMonitorClient::loadTree(CApplication& application, double framesPerSeco
 
 CError* CMonitorClient::listen(const std::vector<CString>& paramNames)
 {
-    for (const char* meter : kMeters) {
-        std::uint32_t id = 0;
-        TSM_TRY(client->listenViz(id, meter));
-    }
+    TSM_TRY(listenMeters());
     for (const CString& name : paramNames) {
         params.push_back(std::make_unique<CMonitorParam>(
             *root, name, [this](const CMonitorParam& param) { events.onParam(param); }));
@@ -75,6 +74,17 @@ CError* CMonitorClient::listen(const std::vector<CString>& paramNames)
     }
     TSM_TRY(client->listenRegistry(registryId, "plugin.param-registry", *this));
     TSM_TRY(client->requestUndoHistory());
+    return nullptr;
+}
+
+CError* CMonitorClient::listenMeters()
+{
+    for (const char* name : kMeters) {
+        std::uint32_t id = 0;
+        TSM_TRY(client->listenViz(id, name));
+        meters.push_back(std::make_unique<CMonitorMeter>(name, events.onReading, events.onSilence));
+        delivery->addListener(name, *meters.back());
+    }
     return nullptr;
 }
 
@@ -86,13 +96,8 @@ CError* CMonitorClient::fetch()
 
 CError* CMonitorClient::requestReadings(double framesPerSecond)
 {
+    delivery->tick();
     TSM_TRY(client->requestVizData(framesPerSecond));
-    return nullptr;
-}
-
-CError* CMonitorClient::readVizData(CInputStream& stream)
-{
-    TSM_TRY(readMeterData(stream, events.onReading));
     return nullptr;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Audio/CAudioInterfaceClient.h"
-#include "Audio/CAudioInterfaceVizProcessor.h"
+#include "Audio/CVizDelivery.h"
 #include "Core/CApplication.h"
-#include "Tools/monitor/CMeterReading.h"
 #include "Tools/monitor/CMonitorConnector.h"
 #include "Tools/monitor/CMonitorFrame.h"
+#include "Tools/monitor/CMonitorMeter.h"
 #include "Tools/monitor/CMonitorParam.h"
 #include "Tools/monitor/CMonitorScript.h"
 
@@ -19,13 +19,13 @@ namespace tsm {
 /// A client of an instance, in a tree of its own, that knows it by messages alone: it listens to
 /// both meters, to parameters, to the presets, and makes the edits of a script. All on the thread
 /// that makes it. It goes before the instance.
-class CMonitorClient : private CAudioInterfaceVizProcessor,
-                       private CParamInterfaceRegistryListener {
+class CMonitorClient : private CParamInterfaceRegistryListener {
 public:
     /// What the client hears.
     struct CEvents {
         std::function<void(bool isToBase, const std::string& message)> onMessage; // may be empty
-        std::function<void(const CMeterReading&)> onReading;
+        CMonitorMeter::CTell onReading;
+        CMonitorMeter::CTellSilence onSilence; // nothing comes from that meter any more
         std::function<void(const CMonitorParam&)> onParam;
         std::function<void()> onHistory;
         std::function<CError*()> onTick; // of the timer, if it is one of the system's
@@ -53,11 +53,6 @@ public:
     [[nodiscard]] std::string getHistoryText() const;
 
 private:
-    void startViz() override {}
-    void stopViz() override {}
-    void clear() override {}
-    [[nodiscard]] CError* readVizData(CInputStream& stream) override;
-    [[nodiscard]] CError* readExportSlotNames(CInputStream&) override { return nullptr; }
     void onBankData(bool isFactory, const CString& id, const COwnedArray<CString>& names,
                     std::int32_t currentIndex) override;
     void onPreset(std::uint32_t, const CAudioPreset&) override {}
@@ -66,6 +61,7 @@ private:
     [[nodiscard]] CError* loadTree(CApplication& application, double framesPerSecond,
                                    bool ticksItself);
     [[nodiscard]] CError* listen(const std::vector<CString>& paramNames);
+    [[nodiscard]] CError* listenMeters();
     [[nodiscard]] CError* edit(const CMonitorStep& step);
     [[nodiscard]] CError* resetToDefault(const CString& name);
     [[nodiscard]] CError* moveInHistory(int by);
@@ -78,6 +74,8 @@ private:
     CTreePtr<CObject> root;                  // before what it refers to
     CAudioInterfaceClient* client = nullptr; // these live in the tree
     CObject* timer = nullptr;
+    std::unique_ptr<CVizDelivery> delivery;
+    std::vector<std::unique_ptr<CMonitorMeter>> meters;
     std::vector<std::unique_ptr<CMonitorParam>> params;
     std::uint32_t registryId = 0;
     std::vector<CString> factoryNames;

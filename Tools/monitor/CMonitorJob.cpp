@@ -114,6 +114,7 @@ CError* CMonitorJob::attachClient()
         report.add(reading);
         screen.setReading(reading);
     };
+    events.onSilence = [this](const std::string& meter) { screen.removeReadings(meter); };
     events.onParam = [this](const CMonitorParam& param) {
         if (isPlaying)
             screen.addChange(param.getName().toUtf8() + " = " + param.getText());

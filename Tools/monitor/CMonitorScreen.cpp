@@ -33,6 +33,11 @@ void CMonitorScreen::setReading(const CMeterReading& reading)
     readings[{reading.meter, reading.channel}] = reading;
 }
 
+void CMonitorScreen::removeReadings(const std::string& meter)
+{
+    std::erase_if(readings, [&](const auto& entry) { return entry.first.first == meter; });
+}
+
 void CMonitorScreen::addChange(const std::string& text)
 {
     changes.push_back(text);

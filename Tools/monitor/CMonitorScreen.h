@@ -21,6 +21,8 @@ public:
     CMonitorScreen& operator=(const CMonitorScreen&) = delete;
 
     void setReading(const CMeterReading& reading);
+    /// A meter's levels hold no longer: its bars go.
+    void removeReadings(const std::string& meter);
     void setHistory(const std::string& text) { history = text; }
     void addChange(const std::string& text);
     void draw(double seconds);

@@ -10,8 +10,13 @@ struct CLockCounts {
     const void* lock = nullptr;
     const void* caller = nullptr; // the code that took it first
     int acquisitions = 0;
-    int waits = 0; // another thread held it
+    int waits = 0;     // another thread held it
+    int longWaits = 0; // longer than kLongWaitNs
     std::int64_t longestWaitNs = 0;
+    std::int64_t asideNs = 0; // of that wait: the thread was ready, but put aside
+
+    /// Far longer than anything that is done under a hand-over's lock.
+    static constexpr std::int64_t kLongWaitNs = 100'000;
 };
 
 /// What a thread did while it was audited. Plain storage of fixed size: counting allocates nothing.

@@ -3,9 +3,11 @@
 #include "Audio/CAudioEnv.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Tools/rtaudit/CLockHolds.h"
+#include "Tools/rtaudit/CRealtimePriority.h"
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace tsm {
@@ -13,6 +15,7 @@ namespace {
 
 constexpr int kWarmUpRounds = 24;
 constexpr int kCountedRounds = 24;
+constexpr std::chrono::microseconds kPause{500};
 constexpr int kActionSamples = 4096; // longer than any crossfade and the latency before it
 
 void nothing(CAuditEngine&, int) {}
@@ -164,7 +167,11 @@ void enter(const CAuditEngine& engine, const CAuditCounts& counts, CAuditRow& ro
     row.waits += counts.waits();
     for (int i = 0; i < counts.lockCount; ++i) {
         const CLockCounts& lock = counts.locks[static_cast<std::size_t>(i)];
-        row.longestWaitNs = std::max(row.longestWaitNs, lock.longestWaitNs);
+        row.longWaits += lock.longWaits;
+        if (lock.longestWaitNs > row.longestWaitNs) {
+            row.longestWaitNs = lock.longestWaitNs;
+            row.asideNs = lock.asideNs;
+        }
         if (lock.acquisitions == 0)
             continue;
         const std::string owner = engine.lockOwner(lock);
@@ -186,6 +193,9 @@ void runRounds(CAuditEngine& engine, const CAuditKind& kind, CAuditRow& row)
         for (int block = 0; block < blocks; ++block) {
             CAuditCounts counts;
             const bool isCounted = round >= kWarmUpRounds;
+            // The blocks of a host leave time to others, and begin at moments of their own.
+            if (kind.isBeside)
+                std::this_thread::sleep_for(kPause);
             engine.process(isCounted ? &counts : nullptr);
             if (isCounted)
                 enter(engine, counts, row);
@@ -218,6 +228,8 @@ bool runAudit(CAuditEngine& engine, const CAuditKind& kind, CAuditRow& row)
     engine.settle();
     if (kind.isBeside) {
         const CBusyControl control(engine);
+        const CRealtimePriority priority; // behind the thread that must not inherit it
+        row.isRealtime = priority.isGranted();
         runRounds(engine, kind, row);
         row.foreignHolds = CLockHolds::getCount();
         row.longestForeignHoldNs = CLockHolds::getLongestNs();

@@ -32,7 +32,10 @@ struct CAuditRow {
     int worstAcquisitions = 0;
     int worstWaits = 0;
     std::int64_t longestWaitNs = 0;
-    int waits = 0;                      // of all blocks
+    std::int64_t asideNs = 0; // of that wait, see CLockCounts
+    int waits = 0;            // of all blocks
+    int longWaits = 0;
+    bool isRealtime = false;            // the audio thread had a real-time priority
     std::set<std::string> lockOwners;   // of the locks that were taken
     std::set<std::string> waitedOwners; // of the locks that were waited for
     std::set<int> systemCalls;          // numbers

@@ -16,6 +16,10 @@ bool tsm::CSystemCallProbe::isAvailable() noexcept
 }
 void tsm::CSystemCallProbe::begin(CAuditCounts&) noexcept {}
 void tsm::CSystemCallProbe::end() noexcept {}
+bool tsm::CSystemCallProbe::setPaused(bool) noexcept
+{
+    return false;
+}
 
 #else
 
@@ -115,6 +119,13 @@ void CSystemCallProbe::end() noexcept
 {
     selector = kAllow;
     active = nullptr;
+}
+
+bool CSystemCallProbe::setPaused(bool isPaused) noexcept
+{
+    const bool wasPaused = selector == kAllow;
+    selector = isPaused ? kAllow : kBlock;
+    return wasPaused;
 }
 
 } // namespace tsm

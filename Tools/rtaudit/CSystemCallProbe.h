@@ -14,6 +14,20 @@ public:
     /// Begins and ends counting on the calling thread.
     static void begin(CAuditCounts& counts) noexcept;
     static void end() noexcept;
+    /// Has calls pass uncounted, or no longer; tells whether they did before.
+    static bool setPaused(bool isPaused) noexcept;
+};
+
+/// Leaves the calling thread's system calls of a scope uncounted.
+class CSystemCallPause {
+public:
+    CSystemCallPause() noexcept : wasPaused(CSystemCallProbe::setPaused(true)) {}
+    ~CSystemCallPause() { CSystemCallProbe::setPaused(wasPaused); }
+    CSystemCallPause(const CSystemCallPause&) = delete;
+    CSystemCallPause& operator=(const CSystemCallPause&) = delete;
+
+private:
+    bool wasPaused;
 };
 
 } // namespace tsm

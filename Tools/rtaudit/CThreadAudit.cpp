@@ -1,5 +1,6 @@
 #include "Tools/rtaudit/CThreadAudit.h"
 
+#include "Tools/rtaudit/CRunDelay.h"
 #include "Tools/rtaudit/CSystemCallProbe.h"
 
 #include <cassert>
@@ -22,6 +23,7 @@ std::int64_t pageFaults()
 CThreadAudit::CThreadAudit(CAuditCounts& results) : counts(results), faultsBefore(pageFaults())
 {
     assert(!active);
+    CRunDelay::prepare();
     active = &counts;
     CSystemCallProbe::begin(counts);
 }

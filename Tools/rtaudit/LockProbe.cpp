@@ -4,12 +4,19 @@
 #include "Platform/CClock.h"
 #include "Platform/CCriticalSection.h"
 #include "Tools/rtaudit/CLockHolds.h"
+#include "Tools/rtaudit/CRunDelay.h"
+#include "Tools/rtaudit/CSystemCallProbe.h"
 #include "Tools/rtaudit/CThreadAudit.h"
 
-#include <algorithm>
 #include <pthread.h>
 
 namespace {
+
+std::int64_t runDelayNs()
+{
+    const tsm::CSystemCallPause pause; // not the audited code's
+    return tsm::CRunDelay::getNs();
+}
 
 /// Takes a lock for the audited thread by `tryEnter`, or waits by `enter` and takes the time.
 template <class Try, class Enter>
@@ -18,10 +25,16 @@ void enterCounted(tsm::CLockCounts& of, Try tryEnter, Enter enter)
     ++of.acquisitions;
     if (tryEnter())
         return;
+    const std::int64_t delayBefore = runDelayNs();
     const std::int64_t begin = tsm::CClock::counter();
     enter();
+    const std::int64_t waited = tsm::CClock::counter() - begin;
     ++of.waits;
-    of.longestWaitNs = std::max(of.longestWaitNs, tsm::CClock::counter() - begin);
+    of.longWaits += waited > tsm::CLockCounts::kLongWaitNs;
+    if (waited <= of.longestWaitNs)
+        return;
+    of.longestWaitNs = waited;
+    of.asideNs = runDelayNs() - delayBefore;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Tools/Support/CToolMain.h"
 #include "Tools/rtaudit/CAuditKinds.h"
+#include "Tools/rtaudit/CBusyCores.h"
 #include "Tools/rtaudit/CThreadAudit.h"
 
 #include <CLI/CLI.hpp>
@@ -42,24 +43,38 @@ void print(const CAuditRow& row)
 /// What the waits of a block beside another thread come from.
 std::string tellHolds(const CAuditRow& row)
 {
+    const auto us = [](std::int64_t ns) { return static_cast<double>(ns) / 1000.0; };
     std::ostringstream text;
     text << "\nBeside a busy control thread: " << row.waits << " waits in " << row.blocks
-         << " blocks. That thread held the environment's lock " << row.foreignHolds
-         << " times, for " << static_cast<double>(row.meanForeignHoldNs) / 1000.0
-         << " us of its processor time in the mean and "
-         << static_cast<double>(row.longestForeignHoldNs) / 1000.0
-         << " us at most, reading the clock included; a longer wait is the time for which the "
-            "system put the holder aside.\n";
+         << " blocks, " << row.longWaits << " of them beyond " << us(CLockCounts::kLongWaitNs)
+         << " us, the longest " << us(row.longestWaitNs) << " us. For " << us(row.asideNs)
+         << " us of that the audio thread could have gone on, but the system put it aside. That "
+            "thread held the environment's lock "
+         << row.foreignHolds << " times, for " << us(row.meanForeignHoldNs)
+         << " us of its processor time in the mean and " << us(row.longestForeignHoldNs)
+         << " us at most, reading the clock included; "
+         << (row.isRealtime
+                 ? "the audio thread has a real-time priority, which the holder inherits."
+                 : "a longer wait is the time for which the system put the holder or the audio "
+                   "thread aside: this process may not give its audio thread a real-time "
+                   "priority, so there is none that the holder could inherit.")
+         << "\n";
     return text.str();
 }
 
 CError* run(int argc, char** argv)
 {
     int blockSize = 512;
+    int busyCores = 0;
+    std::string word;
     CLI::App app("Counts what the audio path does in each kind of block that it shouldn't; the "
                  "figures are those of the worst block of a kind, after some to warm up.",
                  "reelpath-rtaudit");
     app.add_option("--block", blockSize, "Samples in a host's block")->check(CLI::Range(1, 65536));
+    app.add_option("--load", busyCores,
+                   "Busy threads of others beside the kinds of block with a control thread")
+        ->check(CLI::Range(0, 256));
+    app.add_option("--only", word, "Only kinds of block with that word in their names");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -79,7 +94,10 @@ CError* run(int argc, char** argv)
     CAuditEngine engine;
     TSM_TRY(engine.start(blockSize));
     for (const CAuditKind& kind : auditKinds()) {
+        if (std::string(kind.name).find(word) == std::string::npos)
+            continue;
         CAuditRow row;
+        const CBusyCores others(kind.isBeside ? busyCores : 0);
         if (!runAudit(engine, kind, row))
             continue;
         print(row);

@@ -15,7 +15,7 @@ limits()
 {
     case $1 in
     zlib_block | lz4_block) echo "-max_len=4096 -malloc_limit_mb=16" ;;
-    state | stored_item) echo "-max_len=16384 -malloc_limit_mb=64" ;;
+    interface | state | stored_item) echo "-max_len=16384 -malloc_limit_mb=64" ;;
     *) echo "-max_len=65536 -malloc_limit_mb=16" ;;
     esac
 }

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Audio/CAudioBlockPool.h"
-#include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamAllocDef.h"
-#include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Audio/Converters/CAudioParamConverterText.h"
@@ -13,8 +10,8 @@
 #include "Audio/Processes/CModOutput.h"
 #include "Audio/Processes/CModOutputDef.h"
 #include "Tests/Support/CDocumentBytes.h"
+#include "Tests/Support/CProcessHost.h"
 #include "Tests/Support/CScratchFolder.h"
-#include "Tests/Support/CTestTree.h"
 #include "Tests/Support/ImpulseReference.h"
 
 #include <optional>
@@ -63,7 +60,7 @@ inline double worstDifference(const CSamples& a, const CSamples& b, std::size_t 
 
 /// One convolver with the product's bank between the test and an output, told of its loads by the
 /// parameter `status`.
-class ABankedConvolver : public ATree {
+class ABankedConvolver : public AProcessHost {
 protected:
     void SetUp() override
     {
@@ -119,12 +116,7 @@ protected:
         ASSERT_OK(application->start(creators, static_cast<int>(std::size(creators)),
                                      kResourceTable, "ConvolverTest.xml"));
         ASSERT_OK(application->initRootObject(root, CString()));
-        CObject& plugin = make(*root.get(), "core:object", "plugin");
-        env = &make<CAudioEnv>(plugin, "audio:audio-env", "audio-env");
-        env->isProcessing = true;
-        collector = &make<CAudioParamCollector>(plugin, "audio:param-collector", "param-collector");
-        collector->setEnv(env);
-        context = {env, collector, &pool};
+        makeHost();
         restart();
     }
     void TearDown() override
@@ -136,19 +128,13 @@ protected:
         EXPECT_EQ(CBankedImpulseCache::get().getCount(), 0) << "nothing else holds impulses";
     }
 
-    [[nodiscard]] CError* create(CPtr<CAudioProcessBase>& holder, const char* name)
-    {
-        CAudioProcessDefBase* definition = nullptr;
-        TSM_TRY(root->findObjectChecked(definition, CString("shared::") + name));
-        return createProcess(holder, *definition, context, nullptr, CString("plugin.") + name);
-    }
     /// A new convolver, with the parameters as they are, in front of a new output.
     void restart(double rate = 44100.0, int channels = 2)
     {
         process.reset();
         output.reset();
-        ASSERT_OK(create(process, "modTest"));
-        ASSERT_OK(create(output, "modOutput"));
+        ASSERT_OK(create(process, "shared::modTest"));
+        ASSERT_OK(create(output, "shared::modOutput"));
         input = &CAudioProcessBase::connect(nullptr, 0, *process, 0);
         CAudioProcessBase::connect(process.get(), 0, *output, 0);
         setFormat(rate, channels);
@@ -173,14 +159,6 @@ protected:
         param("filename").setText(0, 0, CString::fromUtf8(path));
         set("index", 0.0);
     }
-    void takeChanges()
-    {
-        {
-            const CLockScope hold(env->lock);
-            collector->takeQueue();
-        }
-        collector->applyQueue();
-    }
     /// Sends channels through, in blocks of `blockSize`.
     CChannels run(const CChannels& in, int blockSize = 512)
     {
@@ -188,11 +166,8 @@ protected:
         for (std::size_t at = 0; at < in[0].size(); at += static_cast<std::size_t>(blockSize)) {
             const auto length =
                 static_cast<int>(std::min(in[0].size() - at, static_cast<std::size_t>(blockSize)));
-            for (std::size_t c = 0; c < in.size(); ++c) {
-                CAudioBlockRef block = pool.take(length);
-                std::copy_n(in[c].begin() + static_cast<std::ptrdiff_t>(at), length, block.write());
-                input->put(static_cast<int>(c), block, length);
-            }
+            for (std::size_t c = 0; c < in.size(); ++c)
+                put(*input, static_cast<int>(c), in[c].data() + at, length);
             takeChanges();
             process->process();
             output->process();
@@ -222,10 +197,6 @@ protected:
     }
 
     std::optional<CTestResource> document;
-    CAudioEnv* env = nullptr;
-    CAudioParamCollector* collector = nullptr;
-    CAudioBlockPool pool;
-    CAudioProcessContext context;
     CPtr<CAudioProcessBase> process;
     CPtr<CAudioProcessBase> output;
     CAudioLink* input = nullptr;

@@ -157,7 +157,7 @@ TEST_F(ABankedConvolver, PassesTheSignalInTimeWithoutAnImpulse)
 TEST_F(ABankedConvolver, NeedsItsFileSet)
 {
     CPtr<CAudioProcessBase> lost;
-    EXPECT_FAILS_WITH(create(lost, "modLost"),
+    EXPECT_FAILS_WITH(create(lost, "shared::modLost"),
                       "Name attribute 'fileset' refers to a non-existent object "
                       "'shared::paramcvt.real' ('plugin.modLost')");
 }

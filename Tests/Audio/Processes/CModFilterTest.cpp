@@ -1,13 +1,9 @@
-#include "Audio/CAudioBlockPool.h"
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CAudioProcessTerminalBase.h"
 #include "Audio/Processes/CModFilterFIRDef.h"
 #include "Audio/Processes/CModFilterIIRDef.h"
 #include "Audio/Processes/CModOutput.h"
 #include "Audio/ProductCreators.h"
-#include "Tests/Support/CTestTree.h"
+#include "Tests/Support/CProcessHost.h"
 
 #include <cmath>
 #include <numbers>
@@ -22,19 +18,14 @@ constexpr const char* kSteepDown = "shared::audio.modDownsamplerFilterSteep";
 constexpr const char* kSoft = "shared::audio.modResamplerFilterSoft";
 
 /// One filter process, as the product's document defines it, between the test and an output.
-class AFilterStage : public ATree {
+class AFilterStage : public test::AProcessHost {
 protected:
     void SetUp() override
     {
         application = std::make_unique<CApplication>();
         ASSERT_OK(startProduct(*application));
         ASSERT_OK(application->initRootObject(root, CString()));
-        CObject& plugin = make(*root.get(), "core:object", "plugin");
-        env = &make<CAudioEnv>(plugin, "audio:audio-env", "audio-env");
-        env->isProcessing = true;
-        collector = &make<CAudioParamCollector>(plugin, "audio:param-collector", "param-collector");
-        collector->setEnv(env);
-        context = {env, collector, &pool};
+        makeHost();
     }
     void TearDown() override
     {
@@ -53,9 +44,7 @@ protected:
     void startFilter(const CAudioProcessDefBase& definition, double rate = 44100.0)
     {
         ASSERT_OK(createProcess(process, definition, context, nullptr, "plugin.modTest"));
-        CAudioProcessDefBase* outputDefinition = nullptr;
-        ASSERT_OK(root->findObjectChecked(outputDefinition, "shared::audio.modOutput"));
-        ASSERT_OK(createProcess(output, *outputDefinition, context, nullptr, "plugin.modOutput"));
+        ASSERT_OK(create(output, "shared::audio.modOutput"));
         input = &CAudioProcessBase::connect(nullptr, 0, *process, 0);
         CAudioProcessBase::connect(process.get(), 0, *output, 0);
         setFormat(rate);
@@ -74,11 +63,8 @@ protected:
         CSamples out;
         for (std::size_t at = 0; at < in.size(); at += 100) {
             const int length = static_cast<int>(std::min<std::size_t>(100, in.size() - at));
-            CAudioBlockRef blocks[] = {pool.take(length), pool.take(length)};
-            std::copy_n(in.begin() + static_cast<std::ptrdiff_t>(at), length, blocks[0].write());
-            std::fill_n(blocks[1].write(), length, 0.0);
-            for (int i = 0; i < 2; ++i)
-                input->put(i, blocks[i], length);
+            put(*input, 0, in.data() + at, length);
+            put(*input, 1, CSamples(100, 0.0).data(), length);
             takeChanges();
             process->process();
             output->process();
@@ -91,20 +77,7 @@ protected:
         }
         return out;
     }
-    void takeChanges()
-    {
-        {
-            const CLockScope hold(env->lock);
-            collector->takeQueue();
-        }
-        collector->applyQueue();
-    }
-    void set(const char* name, double value)
-    {
-        CAudioParam* param = collector->find(CString("plugin.modTest.") + name);
-        ASSERT_NE(param, nullptr) << name;
-        param->setValue(0, 0, value);
-    }
+    void set(const char* name, double value) { setValue(CString("plugin.modTest.") + name, value); }
     /// What the filter adds to the latency of 10 in front of it.
     int addedLatency()
     {
@@ -124,10 +97,6 @@ protected:
         return 10.0 * std::log10(sum / 1000.0);
     }
 
-    CAudioEnv* env = nullptr;
-    CAudioParamCollector* collector = nullptr;
-    CAudioBlockPool pool;
-    CAudioProcessContext context;
     CPtr<CAudioProcessBase> process;
     CPtr<CAudioProcessBase> output;
     CAudioLink* input = nullptr;

@@ -1,8 +1,6 @@
-#include "Core/CMemoryReader.h"
 #include "Tests/Support/CTestStreams.h"
 #include "Tests/Support/CTestTree.h"
 #include "Tools/monitor/CMessageText.h"
-#include "Tools/monitor/CMeterReading.h"
 #include "Tools/monitor/CMeterReport.h"
 #include "Tools/monitor/CMonitorScreen.h"
 #include "Tools/monitor/CMonitorScript.h"
@@ -14,47 +12,12 @@
 namespace tsm {
 namespace {
 
-/// One source with a reading, a record of another kind, and a reading.
-CBytes meterData()
-{
-    return written([](COutputStream& out) {
-        EXPECT_OK(writeFields(out, 1.5, 3u, CString("plugin.modMain.modMeterOut")));
-        EXPECT_OK(writeFields(out, 0u, 40u, 0u, 2u, 0u, 1.25, -1, 0.5, 0.75));
-        EXPECT_OK(writeFields(out, 7u, 4u, 99u));
-        EXPECT_OK(writeFields(out, 0u, 40u, 1u, 2u, 0u, 1.25, -1, 0.1, 0.2));
-        EXPECT_OK(writeFields(out, 0u));
-    });
-}
-
-std::vector<CMeterReading> readingsOf(const CBytes& bytes, CPtr<CError>& error)
-{
-    std::vector<CMeterReading> readings;
-    CMemoryReader reader(bytes.data(), static_cast<int>(bytes.size()));
-    error.reset(
-        readMeterData(reader, [&](const CMeterReading& reading) { readings.push_back(reading); }));
-    return readings;
-}
-
 std::string textOf(const CBytes& bytes)
 {
     return messageText(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 } // namespace
-
-TEST(MeterData, AreReadPastRecordsOfOtherKinds)
-{
-    CPtr<CError> error;
-    const auto readings = readingsOf(meterData(), error);
-    EXPECT_FALSE(error);
-    ASSERT_EQ(readings.size(), 2u);
-    EXPECT_EQ(readings[0].meter, "modMeterOut");
-    EXPECT_EQ(readings[0].time, 1.25);
-    EXPECT_EQ(readings[0].rms, 0.5);
-    EXPECT_EQ(readings[0].peak, 0.75);
-    EXPECT_EQ(readings[1].channel, 1u);
-    EXPECT_EQ(readings[1].peak, 0.2);
-}
 
 TEST(AMessageText, NamesTheFieldsAndTheRest)
 {
