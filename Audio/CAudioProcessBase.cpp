@@ -177,19 +177,11 @@ void CAudioProcessBase::publish(const CAudioFormat& format, int sourcePort)
             link->publish(format);
 }
 
-void CAudioProcessBase::send(int index, CAudioBlockRef block, int length, int sourcePort)
+void CAudioProcessBase::sendToAll(int index, CAudioBlockRef block, int length, int sourcePort)
 {
-    // Handed over and not copied where there is one reader, which may then write into it.
-    CAudioLink* former = nullptr;
-    for (CAudioLink* link : outLinks) {
-        if (link->getSourcePort() != sourcePort)
-            continue;
-        if (former)
-            former->put(index, block, length);
-        former = link;
-    }
-    if (former)
-        former->put(index, std::move(block), length);
+    for (CAudioLink* link : outLinks)
+        if (link->getSourcePort() == sourcePort)
+            link->put(index, block, length);
 }
 
 void CAudioProcessBase::releaseInputs() noexcept

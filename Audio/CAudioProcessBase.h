@@ -106,7 +106,14 @@ protected:
     /// Publishes the output format on all links of an output port.
     void publish(const CAudioFormat& format, int sourcePort = 0);
     /// Hands a block on to all links of an output port; `index` counts in the published format.
-    void send(int index, CAudioBlockRef block, int length, int sourcePort = 0);
+    void send(int index, CAudioBlockRef block, int length, int sourcePort = 0)
+    {
+        // Handed over and not copied where there is one reader, which may then write into it.
+        if (outLinks.getCount() == 1 && outLinks[0]->getSourcePort() == sourcePort)
+            outLinks[0]->put(index, std::move(block), length);
+        else
+            sendToAll(index, std::move(block), length, sourcePort);
+    }
     /// Drops the input blocks, once they have been used.
     void releaseInputs() noexcept;
     [[nodiscard]] const CAudioFormat& getOutputFormat() const noexcept { return outputFormat; }
@@ -116,6 +123,7 @@ protected:
     [[nodiscard]] bool* getParamsChangedFlag() noexcept { return &paramsChanged; }
 
 private:
+    void sendToAll(int index, CAudioBlockRef block, int length, int sourcePort);
     [[nodiscard]] bool rebuildInputs();
     void runUpdate(bool isFormatChange);
     [[nodiscard]] const CAudioParamDef* findParamDef(const CString& fullName) const;

@@ -255,8 +255,9 @@ void CAudioWrapper::setSampleRate(double rate)
 void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
 {
     const CLockScope lock(audioEnv->lock);
-    formatChanged |= main.channelCount != mainLayout.channelCount ||
-                     sidechain.channelCount != sidechainLayout.channelCount;
+    if (main.channelCount != mainLayout.channelCount ||
+        sidechain.channelCount != sidechainLayout.channelCount)
+        formatChanged = true;
     mainLayout = main;
     sidechainLayout = sidechain;
 }
@@ -266,7 +267,8 @@ void CAudioWrapper::setOutputFormat(const CHostLayout& output)
     const CLockScope lock(audioEnv->lock);
     if (isSameLayout(output, outputLayout))
         return;
-    formatChanged |= output.channelCount != outputLayout.channelCount;
+    if (output.channelCount != outputLayout.channelCount)
+        formatChanged = true;
     outputLayout = output;
 }
 
@@ -543,12 +545,12 @@ void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs
 
 bool CAudioWrapper::applyFormat()
 {
+    if (!formatChanged)
+        return false;
     int channelCount = 0;
     double rate = 0.0;
     {
         const CLockScope lock(audioEnv->lock);
-        if (!formatChanged)
-            return false;
         formatChanged = false;
         channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
         rate = audioEnv->sampleRate;
@@ -622,7 +624,6 @@ void CAudioWrapper::copyIn(const void* const* inputs, int done, int length)
 
 void CAudioWrapper::advanceTime(int length)
 {
-    const CLockScope lock(audioEnv->lock);
     audioEnv->streamTime += length / audioEnv->sampleRate;
 }
 

@@ -209,7 +209,7 @@ private:
     CHostLayout mainLayout{1, true, false};
     CHostLayout sidechainLayout{0, true, false};
     CHostLayout outputLayout{1, true, false};
-    bool formatChanged = true;
+    std::atomic<bool> formatChanged = true; // written under it, looked at without
 
     const void* const* sidechainBuffers = nullptr;
     CParamEventQueue events;

@@ -1,8 +1,10 @@
 #include "Audio/CHostBuffers.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <type_traits>
 
@@ -82,10 +84,13 @@ bool CHostOutput::canHold(const double* samples, int count) const noexcept
 {
     const double largest = layout.isDouble ? std::numeric_limits<double>::max()
                                            : static_cast<double>(std::numeric_limits<float>::max());
-    bool isBad = false;
+    // The bits of positive numbers are ordered as the numbers are, and not-a-numbers stand above
+    // all. In whole numbers the compiler can look at several samples at once.
+    const auto limit = std::bit_cast<std::int64_t>(largest);
+    std::int64_t room = 0;
     for (int i = 0; i < count; ++i)
-        isBad |= !(std::abs(samples[i]) <= largest); // a NaN compares with nothing
-    return !isBad;
+        room |= limit - std::bit_cast<std::int64_t>(std::abs(samples[i]));
+    return room >= 0;
 }
 
 void CHostOutput::write(int channel, int frame, const double* samples, int count) const noexcept

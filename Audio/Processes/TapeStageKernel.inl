@@ -504,6 +504,18 @@ void workPost(const CTapePostCoefficients& post, const CTapeLane* lanes, const C
     endWork(work, count);
 }
 
+/// Member by member: the compiler would write a copy of the whole together on the stack and read it
+/// from there in wider pieces, for which the processor has to wait until all stores before are done.
+void keep(CFlutterState& place, const CFlutterState& flutter)
+{
+    place.noise = flutter.noise;
+    place.s0 = flutter.s0;
+    place.s1 = flutter.s1;
+    place.s2 = flutter.s2;
+    place.s3 = flutter.s3;
+    place.position = flutter.position;
+}
+
 /// The chunks of a block: the flutter once for all lanes, then the lanes in pairs.
 template <class C, class Pair, class Single>
 void workLanes(const C& coefficients, const CTapeLane* lanes, int laneCount, int count, Pair pair,
@@ -521,7 +533,7 @@ void workLanes(const C& coefficients, const CTapeLane* lanes, int laneCount, int
             single(coefficients, lanes + lane, trace, start, chunk);
     }
     for (int lane = 0; lane < laneCount; ++lane)
-        lanes[lane].state->flutter = flutter;
+        keep(lanes[lane].state->flutter, flutter);
 }
 
 void processTape(const CTapeCoefficients& coefficients, const CTapeLane* lanes, int laneCount,
