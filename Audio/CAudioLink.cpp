@@ -25,8 +25,8 @@ void CAudioLink::publish(const CAudioFormat& newFormat)
 
 void CAudioLink::clear() noexcept
 {
-    for (CLane& lane : lanes)
-        lane.block.reset();
+    for (int i = 0; i < format.channelCount; ++i) // publish() clears the others
+        lanes[i].block.reset();
 }
 
 CAudioBlockRef CAudioLink::delayed(CLane& lane, CAudioBlockRef block, CAudioBlockPool& pool,

@@ -1,11 +1,20 @@
 #include "Audio/CDSPModDelay.h"
 
 #include <algorithm>
+#include <bit>
+#include <cassert>
 #include <cmath>
 #include <cstring>
 #include <numbers>
 
 namespace tsm {
+
+CDSPModDelay::CDSPModDelay(CAudioBlockPool& blockPool, int blockSize)
+    : pool(blockPool), size(blockSize),
+      order(std::countr_zero(static_cast<unsigned>(blockSize)))
+{
+    assert(std::has_single_bit(static_cast<unsigned>(blockSize)));
+}
 
 void CDSPModDelay::setFadeLength(int samples) noexcept
 {
@@ -109,7 +118,9 @@ void CDSPModDelay::processSlice(const double* in, double* out, int count)
         readFading(out, count);
     else
         readPlain(out, count);
-    writePosition = (writePosition + count) % (ring.getCount() * size);
+    writePosition += count; // at most up to a block's end
+    if (writePosition == ring.getCount() << order)
+        writePosition = 0;
 }
 
 void CDSPModDelay::readPlain(double* out, int count)
@@ -141,21 +152,21 @@ void CDSPModDelay::readFading(double* out, int count)
 /// The samples at a ring position, up to the end of their block.
 double* CDSPModDelay::at(int position)
 {
-    CSlot& slot = ring[position / size];
+    CSlot& slot = ring[position >> order];
     if (!slot.block)
         slot.block = pool.takeFilled(size, fillValue);
-    return slot.block.write() + position % size;
+    return slot.block.write() + (position & (size - 1));
 }
 
 int CDSPModDelay::back(int samples) const noexcept
 {
     const int position = writePosition - samples;
-    return position < 0 ? position + ring.getCount() * size : position;
+    return position < 0 ? position + (ring.getCount() << order) : position;
 }
 
 int CDSPModDelay::sliceAt(int position, int wanted) const noexcept
 {
-    return std::min(wanted, size - position % size);
+    return std::min(wanted, size - (position & (size - 1)));
 }
 
 /// Gives the ring the blocks that the longer of the two delays needs beside the slice being
@@ -165,7 +176,7 @@ void CDSPModDelay::fitRing()
 {
     // A joined signal is kept from its beginning.
     const int longest = std::max({delay, oldDelay, joinSteps > 0 ? pendingDelay : 0});
-    const int needed = (longest + size + kMaxSlice - 1) / size;
+    const int needed = (longest + size + kMaxSlice - 1) >> order;
     const int former = ring.getCount();
     if (needed == former)
         return;
@@ -174,8 +185,8 @@ void CDSPModDelay::fitRing()
             ring.create();
         return;
     }
-    const int newest = writePosition / size;
-    const int inBlock = writePosition % size;
+    const int newest = writePosition >> order;
+    const int inBlock = writePosition & (size - 1);
     COwnedArray<CSlot> fitted;
     for (int i = 0; i < needed; ++i)
         fitted.create();

@@ -13,8 +13,8 @@ namespace tsm {
 /// [audio]
 class CDSPModDelay : public CCheckedObject, public CTsmMemAllocator {
 public:
-    /// `blockSize` is the length of a ring block in samples.
-    CDSPModDelay(CAudioBlockPool& blockPool, int blockSize) : pool(blockPool), size(blockSize) {}
+    /// `blockSize` is the length of a ring block in samples, a power of two.
+    CDSPModDelay(CAudioBlockPool& blockPool, int blockSize);
     CDSPModDelay(const CDSPModDelay&) = delete;
     CDSPModDelay& operator=(const CDSPModDelay&) = delete;
 
@@ -57,6 +57,7 @@ private:
 
     CAudioBlockPool& pool;
     int size;
+    int order; // its logarithm to base 2
     int fadeLength = 1;
     double fillValue = 0.0;
     int delay = 0;

@@ -91,12 +91,12 @@ TEST_F(ADelay, IsExactForAnyLengthAndBlockSize)
     }
 }
 
-TEST_F(ADelay, WorksWithBlocksThatDivideNothing)
+TEST_F(ADelay, WorksWithBlocksShorterThanTheDelay)
 {
-    CDSPModDelay odd(pool, 7);
-    odd.setDelay(20);
+    CDSPModDelay shortBlocks(pool, 8);
+    shortBlocks.setDelay(20);
     CSignal block = in;
-    odd.process(in.data(), block.data(), 5000);
+    shortBlocks.process(in.data(), block.data(), 5000);
     for (int i = 0; i < 5000; ++i)
         ASSERT_EQ(block[static_cast<std::size_t>(i)], at(in, i - 20)) << i;
 }
