@@ -10,8 +10,7 @@
 namespace tsm {
 
 CDSPModDelay::CDSPModDelay(CAudioBlockPool& blockPool, int blockSize)
-    : pool(blockPool), size(blockSize),
-      order(std::countr_zero(static_cast<unsigned>(blockSize)))
+    : pool(blockPool), size(blockSize), order(std::countr_zero(static_cast<unsigned>(blockSize)))
 {
     assert(std::has_single_bit(static_cast<unsigned>(blockSize)));
 }

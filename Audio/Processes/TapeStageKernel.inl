@@ -505,7 +505,8 @@ void workPost(const CTapePostCoefficients& post, const CTapeLane* lanes, const C
 }
 
 /// Member by member: the compiler would write a copy of the whole together on the stack and read it
-/// from there in wider pieces, for which the processor has to wait until all stores before are done.
+/// from there in wider pieces, for which the processor has to wait until all stores before are
+/// done.
 void keep(CFlutterState& place, const CFlutterState& flutter)
 {
     place.noise = flutter.noise;
