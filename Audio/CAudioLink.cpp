@@ -3,6 +3,8 @@
 #include "Audio/CAudioPort.h"
 #include "Core/CText.h"
 
+#include <algorithm>
+
 namespace tsm {
 namespace {
 
@@ -27,6 +29,18 @@ void CAudioLink::clear() noexcept
 {
     for (int i = 0; i < format.channelCount; ++i) // publish() clears the others
         lanes[i].block.reset();
+}
+
+void CAudioLink::endHere() noexcept
+{
+    end = nullptr;
+    for (int i = 0; i < format.channelCount; ++i)
+        lanes[i].hasPassed = true;
+}
+
+bool CAudioLink::hasDelay() const noexcept
+{
+    return std::ranges::any_of(lanes, [](const CLane& lane) { return lane.delay.get(); });
 }
 
 CAudioBlockRef CAudioLink::delayed(CLane& lane, CAudioBlockRef block, CAudioBlockPool& pool,

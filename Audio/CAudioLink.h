@@ -30,9 +30,15 @@ public:
     /// Hands a block on, for the channel at `index` of the format.
     void put(int index, CAudioBlockRef block, int length) noexcept
     {
-        lanes[index].block = std::move(block);
-        blockLength = length;
+        CAudioLink& link = end ? *end : *this;
+        link.lanes[index].block = std::move(block);
+        link.blockLength = length;
     }
+    /// From here on blocks go to another link of the same format, or to where that one leads; see
+    /// CAudioGraphSteps.
+    void leadTo(CAudioLink& next) noexcept { end = next.end ? next.end : &next; }
+    /// Ends that, as if all blocks had come by.
+    void endHere() noexcept;
     /// Takes the block out; empty when none has come.
     [[nodiscard]] CAudioBlockRef take(int index) noexcept { return std::move(lanes[index].block); }
     /// Takes the block out behind its delay, `length` samples; empty when none has come. With
@@ -62,6 +68,8 @@ public:
     {
         return lanes[index].delay.get();
     }
+    /// Whether a channel has a delay.
+    [[nodiscard]] bool hasDelay() const noexcept;
     /// Brings the delays up to date: `inputLatency` less each channel's own. A channel whose signal
     /// is running gets, changes and loses its delay by a crossfade, and never by a jump.
     void fitDelays(CAudioBlockPool& pool, int inputLatency);
@@ -89,6 +97,7 @@ private:
     CAudioPort& destination;
     int sourcePort;
     int blockLength = 0;
+    CAudioLink* end = nullptr;     // where blocks go; null if that is here
     bool isUsed = false;           // the format has channels
     CLane lanes[kMaxPortChannels]; // by position of the channel
     CAudioFormat format;

@@ -134,6 +134,17 @@ bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
     return isChanged;
 }
 
+CAudioLink* CAudioPort::findStraightLink() const noexcept
+{
+    if (links.getCount() != 1)
+        return nullptr;
+    CAudioLink& link = links[0];
+    bool isStraight = link.getFormat().channelCount == channelCount && !link.hasDelay();
+    for (int i = 0; i < channelCount; ++i)
+        isStraight &= channels[i].sole && channels[i].soleIndex == i;
+    return isStraight ? &link : nullptr;
+}
+
 void CAudioPort::resetDelays()
 {
     for (CAudioLink& link : links)

@@ -65,6 +65,8 @@ public:
         for (int i = 0; i < channelCount; ++i)
             channels[i].result.buffer = take(i, pool, length, combo, isFilledByInput);
     }
+    /// The only link, if it brings the port's channels as they are and without delay; else null.
+    [[nodiscard]] CAudioLink* findStraightLink() const noexcept;
     /// Drops the blocks of this sub-block.
     void release() noexcept
     {

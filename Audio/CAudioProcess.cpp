@@ -190,6 +190,14 @@ void CAudioProcess::orderSequence()
 
 // Work
 
+void CAudioProcess::listSteps(CAudioGraphSteps& steps)
+{
+    listInput(steps);
+    for (CAudioProcessBase* child : sequence)
+        child->listSteps(steps);
+    listOutput(steps);
+}
+
 void CAudioProcess::process()
 {
     pullAndDistribute();

@@ -16,6 +16,7 @@ public:
     [[nodiscard]] CError* init() override;
     void update() override;
     void process() override;
+    void listSteps(CAudioGraphSteps& steps) override;
 
     /// The running child of that name, or null.
     [[nodiscard]] CAudioProcessBase* findChild(const CString& name) const;

@@ -1,5 +1,6 @@
 #include "Audio/CAudioProcessBase.h"
 
+#include "Audio/CAudioGraphSteps.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterDef.h"
@@ -199,6 +200,11 @@ void CAudioProcessBase::reset()
 }
 
 // A sub-block
+
+void CAudioProcessBase::listSteps(CAudioGraphSteps& steps)
+{
+    steps.add(*this);
+}
 
 bool CAudioProcessBase::beginPull()
 {

@@ -8,6 +8,7 @@
 
 namespace tsm {
 
+class CAudioGraphSteps;
 class CAudioParam;
 class CAudioParamDef;
 class CAudioProcessDefBase;
@@ -34,6 +35,11 @@ public:
     virtual void update() {}
     /// Runs one sub-block.
     virtual void process() {}
+    /// Enters what there is to do in a sub-block in which nothing is brought up to date: itself, or
+    /// for a container what is left of it, and its children.
+    virtual void listSteps(CAudioGraphSteps& steps);
+    /// Runs one such sub-block; for a container without its children, which are listed themselves.
+    virtual void processSteady() { process(); }
     /// Leaves the graph: ends all links from and to this process.
     virtual void detach();
     /// Called behind the construction, before `init`.
@@ -66,6 +72,11 @@ public:
     [[nodiscard]] double getSampleRate() const noexcept { return sampleRate; }
     /// Samples of delay of all inputs, at their rate.
     [[nodiscard]] int getInputLatency() const noexcept { return inputLatency; }
+    /// Whether the next sub-block brings formats or parameters up to date.
+    [[nodiscard]] bool needsUpdate() const noexcept
+    {
+        return pendingInputChanges > 0 || paramsChanged;
+    }
     /// Samples of this sub-block.
     [[nodiscard]] int getBlockLength() const noexcept { return blockLength; }
     /// During `update`: the inputs' format has changed.
@@ -109,8 +120,8 @@ protected:
     void send(int index, CAudioBlockRef block, int length, int sourcePort = 0)
     {
         // Handed over and not copied where there is one reader, which may then write into it.
-        if (outLinks.getCount() == 1 && outLinks[0]->getSourcePort() == sourcePort)
-            outLinks[0]->put(index, std::move(block), length);
+        if (CAudioLink* const link = findSoleOutLink(sourcePort))
+            link->put(index, std::move(block), length);
         else
             sendToAll(index, std::move(block), length, sourcePort);
     }
@@ -118,6 +129,12 @@ protected:
     void releaseInputs() noexcept;
     [[nodiscard]] const CAudioFormat& getOutputFormat() const noexcept { return outputFormat; }
     [[nodiscard]] COwnedArray<CAudioPort>& getPorts() noexcept { return ports; }
+    /// The only link of all output ports, if it begins at that one; else null.
+    [[nodiscard]] CAudioLink* findSoleOutLink(int sourcePort) const noexcept
+    {
+        const bool isSole = outLinks.getCount() == 1 && outLinks[0]->getSourcePort() == sourcePort;
+        return isSole ? outLinks[0] : nullptr;
+    }
     [[nodiscard]] const CArray<CAudioLink*, 4>& getOutLinks() const noexcept { return outLinks; }
     /// What subscriptions set, to have `update` called.
     [[nodiscard]] bool* getParamsChangedFlag() noexcept { return &paramsChanged; }

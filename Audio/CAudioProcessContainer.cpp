@@ -1,5 +1,7 @@
 #include "Audio/CAudioProcessContainer.h"
 
+#include "Audio/CAudioGraphSteps.h"
+
 namespace tsm {
 
 // The outlet
@@ -26,6 +28,19 @@ void CAudioProcessContainer::COutlet::process()
     for (CAudioPort& port : getPorts())
         for (int i = 0; i < port.getChannelCount(); ++i)
             owner.send(i, takeInput(port, i), getBlockLength(), port.getIndex());
+}
+
+void CAudioProcessContainer::COutlet::listSteps(CAudioGraphSteps& steps)
+{
+    CAudioPort* const port = getPorts().getCount() == 1 ? &getPorts()[0] : nullptr;
+    CAudioLink* const from = port ? port->findStraightLink() : nullptr;
+    CAudioLink* const to = port ? owner.findSoleOutLink(port->getIndex()) : nullptr;
+    if (!from || !to) {
+        steps.add(*this);
+        return;
+    }
+    steps.watch(*this);
+    steps.tie(*from, *to);
 }
 
 // The container
@@ -72,7 +87,7 @@ void CAudioProcessContainer::publishTo(CAudioLink& link)
 
 void CAudioProcessContainer::publishInputs()
 {
-    for (const CInnerLink& inner : innerLinks)
+    for (CInnerLink& inner : innerLinks)
         publishInput(inner);
 }
 
@@ -83,9 +98,10 @@ bool CAudioProcessContainer::goesAlong(const CInnerLink& inner, const CAudioPort
             port.getChannel(channel).group == static_cast<unsigned>(inner.group));
 }
 
-void CAudioProcessContainer::publishInput(const CInnerLink& inner)
+void CAudioProcessContainer::publishInput(CInnerLink& inner)
 {
     const CAudioPort* port = findPort(inner.link->getSourcePort());
+    inner.isWhole = false;
     if (!port)
         return;
     CAudioFormat format;
@@ -93,7 +109,21 @@ void CAudioProcessContainer::publishInput(const CInnerLink& inner)
     for (int i = 0; i < port->getChannelCount(); ++i)
         if (goesAlong(inner, *port, i))
             format.add(port->getChannel(i));
+    inner.isWhole = format.channelCount == port->getChannelCount();
     inner.link->publish(format);
+}
+
+void CAudioProcessContainer::listInput(CAudioGraphSteps& steps)
+{
+    const bool isOne = innerLinks.getCount() == 1 && getPorts().getCount() == 1;
+    const bool isPassed = isOne && innerLinks[0].isWhole && !steps.isAtRoot();
+    CAudioLink* const from = isPassed ? getPorts()[0].findStraightLink() : nullptr;
+    if (!from) {
+        steps.add(*this);
+        return;
+    }
+    steps.watch(*this);
+    steps.tie(*from, *innerLinks[0].link);
 }
 
 void CAudioProcessContainer::pullAndDistribute()

@@ -11,6 +11,7 @@ public:
     void reset() override;
     void detach() override;
     void publishTo(CAudioLink& link) override;
+    void processSteady() override { pullAndDistribute(); }
 
 protected:
     /// The inner end of the outputs: collects what children feed into it, port for port, and hands
@@ -21,6 +22,7 @@ protected:
         void update() override;
         void process() override;
         void publishPort(CAudioPort& port);
+        void listSteps(CAudioGraphSteps& steps) override;
 
     protected:
         /// The mode of the container's definition is for its inputs.
@@ -47,17 +49,22 @@ protected:
     /// Has the outlet hand on what the children have made.
     void collectOutputs() { getOutlet().process(); }
 
+    /// For `listSteps`: what stays to be done in front of the children, and behind them.
+    void listInput(CAudioGraphSteps& steps);
+    void listOutput(CAudioGraphSteps& steps) { getOutlet().listSteps(steps); }
+
     /// The running children, for `reset` and `detach`, in any order.
     virtual void listChildren(CArray<CAudioProcessBase*>& children) = 0;
 
 private:
     struct CInnerLink {
         CAudioLink* link;
-        int group;         // -1 for all
-        int sentCount = 0; // channels of this sub-block so far
+        int group;            // -1 for all
+        int sentCount = 0;    // channels of this sub-block so far
+        bool isWhole = false; // takes all channels of its port
     };
 
-    void publishInput(const CInnerLink& inner);
+    void publishInput(CInnerLink& inner);
     /// Whether a channel of an input port is among those of the link.
     [[nodiscard]] static bool goesAlong(const CInnerLink& inner, const CAudioPort& port,
                                         int channel);

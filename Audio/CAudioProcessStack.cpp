@@ -130,6 +130,15 @@ CAudioProcessBase* CAudioProcessStack::findElement(int group) const
     return nullptr;
 }
 
+void CAudioProcessStack::listSteps(CAudioGraphSteps& steps)
+{
+    listInput(steps);
+    for (CElement& element : elements)
+        for (CAudioProcessBase& process : element.series)
+            process.listSteps(steps);
+    listOutput(steps);
+}
+
 void CAudioProcessStack::process()
 {
     pullAndDistribute();

@@ -14,6 +14,7 @@ public:
     [[nodiscard]] CError* init() override;
     void update() override;
     void process() override;
+    void listSteps(CAudioGraphSteps& steps) override;
 
     /// Groups that have an element now.
     [[nodiscard]] int getElementCount() const noexcept { return elements.getCount(); }

@@ -54,6 +54,14 @@ void CModProcessSeq::removeProcess(int index)
     link(index);
 }
 
+void CModProcessSeq::listSteps(CAudioGraphSteps& steps)
+{
+    listInput(steps);
+    for (CAudioProcessBase& child : chain)
+        child.listSteps(steps);
+    listOutput(steps);
+}
+
 void CModProcessSeq::process()
 {
     pullAndDistribute();

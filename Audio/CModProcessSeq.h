@@ -14,6 +14,7 @@ public:
     /// Publishes the inputs' format to the first of the chain.
     void update() override;
     void process() override;
+    void listSteps(CAudioGraphSteps& steps) override;
 
     [[nodiscard]] int getChainLength() const noexcept { return chain.getCount(); }
     [[nodiscard]] CAudioProcessBase& getChainProcess(int index) const { return chain[index]; }

@@ -34,6 +34,7 @@ CError* CWrapperGraph::createFrom(CPtr<CAudioProcessBase>& process, CObject& fin
 
 void CWrapperGraph::destroy()
 {
+    steps.forget();
     inputLink = nullptr;
     outputModule = nullptr;
     mainProcess.reset();
@@ -60,7 +61,7 @@ double* CWrapperGraph::beginInput(int channel, int length)
 
 void CWrapperGraph::run()
 {
-    mainProcess->process();
+    steps.run(*mainProcess);
     outputModule->process();
 }
 
@@ -108,6 +109,7 @@ void CWrapperGraph::release()
 
 void CWrapperGraph::reset()
 {
+    steps.forget();
     mainProcess->reset();
     outputProcess->reset();
 }

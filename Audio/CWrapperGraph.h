@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioBlockPool.h"
+#include "Audio/CAudioGraphSteps.h"
 #include "Audio/CAudioProcessBase.h"
 #include "Audio/CHostBuffers.h"
 #include "Core/CObject.h"
@@ -53,6 +54,7 @@ private:
     CAudioProcessContext context;
     CPtr<CAudioProcessBase> mainProcess;
     CPtr<CAudioProcessBase> outputProcess;
+    CAudioGraphSteps steps; // of the main process
     CModOutput* outputModule = nullptr; // the output process
     CAudioLink* inputLink = nullptr;    // into port 0 of the main process, which owns it
 };

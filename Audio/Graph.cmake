@@ -2,6 +2,7 @@
 add_library(tsm_graph STATIC
     CAudioBlockPool.cpp
     CAudioGraph.cpp
+    CAudioGraphSteps.cpp
     CAudioLink.cpp
     CAudioModule.cpp
     CAudioParamAllocDef.cpp

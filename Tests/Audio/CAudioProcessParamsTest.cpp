@@ -113,7 +113,7 @@ TEST_F(AProcessTree, MakesItsFiltersAndEndsThem)
     EXPECT_EQ(run(constant(5)), constant(5, 1.0));
     set("solo", 1.0);
     EXPECT_EQ(run(constant(5)), constant(5, 2.0));
-    main.reset();
+    endMain();
     collector->find("plugin.modMain.solo")->setValue(0, 0, 0.0);
     EXPECT_EQ(value("plugin.modMain.bypass"), 0.0) << "the filter has gone with its process";
 }
@@ -138,7 +138,7 @@ TEST_F(AProcessTree, LeavesNoSubscriptionBehind)
                       gain("g", "2", {{"bypass-state-id", "1"}}),
                       gain("s", "2", {{"is-stacked", "true"}, {"stack-param", "^off"}})}));
     run(constant(5));
-    main.reset();
+    endMain();
     output.reset();
     // A change reaches nobody; the sanitizers tell if it does.
     collector->find("plugin.modMain.off")->setValue(0, 0, 1.0);

@@ -54,7 +54,7 @@ TEST_F(AStack, FollowsTheGroupsOfItsInputs)
     EXPECT_EQ(stack().findElement(1), nullptr);
     EXPECT_NE(stack().findElement(3), nullptr);
     setFormat({});
-    main->process();
+    steps.run(*main);
     EXPECT_EQ(stack().getElementCount(), 0);
 }
 

@@ -180,7 +180,7 @@ TEST_F(ATerminal, LosesNoChangeThatWaitsWhenItIsReset)
     run(constant(100));
     set("g.gain", 3.0);
     run(constant(100));
-    main->reset();
+    resetMain();
     EXPECT_EQ(run(constant(50)), constant(50, 3.0));
     EXPECT_EQ(activeCount(), 1);
 }

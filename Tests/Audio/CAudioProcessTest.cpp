@@ -313,7 +313,7 @@ TEST_F(AGraph, FollowsChannelsThatComeAndGo)
     EXPECT_EQ(sink->heard[0].size(), 3u);
     EXPECT_EQ(sink->heard[0][2], constant(100, 18.0));
     setFormat({});
-    main->process();
+    steps.run(*main);
     output->process();
     EXPECT_EQ(sink->lastLength, 0) << "no channels, no samples";
     setFormat({0, 0});
@@ -397,7 +397,7 @@ TEST_F(AGraph, StartsAnewAfterAReset)
     startGraph(wired({delay("wet", "200"), gain("mix", "1"), link("*", "wet"), link("wet", "mix"),
                       link("*", "mix"), link("mix", "*")}));
     const CSignal first = run(ramp(1000));
-    main->reset();
+    resetMain();
     EXPECT_EQ(run(ramp(1000)), first);
 }
 
@@ -405,9 +405,10 @@ TEST_F(AGraph, MayEndBeforeItsReaders)
 {
     startGraph(chain({gain("a", "2")}));
     run(constant(10));
+    steps.forget();
     output.reset();
     input->put(0, pool.takeFilled(10, 1.0), 10);
-    main->process();
+    steps.run(*main);
     ASSERT_OK(create(output, "shared::audio.sink"));
     sink = static_cast<CTestSink*>(output.get());
     CAudioProcessBase::connect(main.get(), 0, *output, 0);

@@ -4,6 +4,7 @@ tsm_add_test(tests_graph
         CAudioProcessDefTest.cpp
         CAudioProcessLatencyTest.cpp
         CAudioProcessParamsTest.cpp
+        CAudioGraphStepsTest.cpp
         CAudioProcessStackTest.cpp
         CAudioProcessTerminalTest.cpp
         CAudioProcessTest.cpp

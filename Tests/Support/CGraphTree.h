@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/CAudioGraphSteps.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamFilterBypassGroupSoloDef.h"
 #include "Audio/CAudioParamRemapDef.h"
@@ -126,7 +127,7 @@ protected:
     }
     void TearDown() override
     {
-        main.reset();
+        endMain();
         output.reset();
         EXPECT_EQ(moduleCounts.alive, 0);
         ATree::TearDown();
@@ -159,7 +160,7 @@ protected:
         run(in);
         takeQueue();
         run(in);
-        main->reset();
+        resetMain();
         moduleCounts.updates = 0;
     }
     /// Sends signals, one for each channel, in sub-blocks of `blockLength`, and gives what has come
@@ -181,8 +182,18 @@ protected:
         collector->applyQueue();
         for (std::size_t i = 0; i < in.size(); ++i)
             put(*input, static_cast<int>(i), in[i].data() + at, length);
-        main->process();
+        steps.run(*main);
         output->process();
+    }
+    void resetMain()
+    {
+        steps.forget();
+        main->reset();
+    }
+    void endMain()
+    {
+        steps.forget();
+        main.reset();
     }
     [[nodiscard]] CAudioProcess& graph() const { return static_cast<CAudioProcess&>(*main); }
     template <class Process = CAudioProcessBase>
@@ -201,6 +212,7 @@ protected:
 
     std::optional<CTestResource> document;
     CPtr<CAudioProcessBase> main;
+    CAudioGraphSteps steps; // of main
     CPtr<CAudioProcessBase> output;
     CTestSink* sink = nullptr;
     CAudioLink* input = nullptr;
