@@ -38,14 +38,25 @@ CAudioBlockRef CAudioBlockPool::take(int count)
     assert(count > 0);
     const std::uint32_t bytes = static_cast<std::uint32_t>(count) * sizeof(double);
     const std::uint32_t sizeClass = std::min((bytes - 1) / kClassBytes, kLargeClass);
-    CAudioBlock*& head = freeLists[sizeClass];
-    CAudioBlock* block = head;
-    if (block)
-        head = block->nextFree;
-    if (block && block->capacity < bytes) // only in the class of large blocks
-        release(std::exchange(block, nullptr));
-    if (!block)
-        block = allocate(sizeClass, bytes);
+    CAudioBlock* block = freeLists[sizeClass];
+    if (!block || block->capacity < bytes)
+        return takeNew(sizeClass, bytes);
+    freeLists[sizeClass] = block->nextFree;
+    return hold(block, bytes);
+}
+
+CAudioBlockRef CAudioBlockPool::takeNew(std::uint32_t sizeClass, std::uint32_t bytes)
+{
+    // Of the class of large blocks, one that is too small goes, so that they don't pile up.
+    if (CAudioBlock* const small = freeLists[sizeClass]) {
+        freeLists[sizeClass] = small->nextFree;
+        release(small);
+    }
+    return hold(allocate(sizeClass, bytes), bytes);
+}
+
+CAudioBlockRef CAudioBlockPool::hold(CAudioBlock* block, [[maybe_unused]] std::uint32_t bytes)
+{
     block->references = 1;
     block->isSparse = false;
     ++usedCount;

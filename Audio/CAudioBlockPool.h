@@ -34,6 +34,9 @@ private:
     static constexpr std::uint32_t kClassBytes = 512;
     static constexpr std::uint32_t kLargeClass = 128;
 
+    // Rare, so that it stays out of the short way through take().
+    [[nodiscard, gnu::cold]] CAudioBlockRef takeNew(std::uint32_t sizeClass, std::uint32_t bytes);
+    [[nodiscard]] CAudioBlockRef hold(CAudioBlock* block, std::uint32_t bytes);
     [[nodiscard]] CAudioBlock* allocate(std::uint32_t sizeClass, std::uint32_t bytes);
     void giveBack(CAudioBlock* block) noexcept;
     static void release(CAudioBlock* block) noexcept;

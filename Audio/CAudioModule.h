@@ -97,18 +97,19 @@ protected:
 private:
     friend class CAudioProcessTerminalBase;
 
-    CAudioProcessTerminalBase* process = nullptr;
+    // What a steady sub-block reads comes close together, see CAudioLink.
+    CArray<CAudioModuleParam*> params; // by index; null where the class has none
     int groupIndex = 0;
     int channelIndex = 0;
     int elementIndex = 0;
-    CArray<CAudioModuleParam*> params; // by index; null where the class has none
-    bool anyParamDirty = false;
-    CArray<const CAudioChannel*, 2> inputs;
-    int outputCount = 0;
-    CAudioModuleOutput outputs[kMaxPortChannels];
-    int blockLength = 0;
     int inputLatency = 0;
     double sampleRate = 1.0;
+    bool anyParamDirty = false;
+    CAudioProcessTerminalBase* process = nullptr;
+    int blockLength = 0;
+    int outputCount = 0;
+    CArray<const CAudioChannel*, 2> inputs;
+    CAudioModuleOutput outputs[kMaxPortChannels];
 };
 
 } // namespace tsm

@@ -148,12 +148,17 @@ void CDSPModDelay::readFading(double* out, int count)
         endFade();
 }
 
+void CDSPModDelay::fill(CSlot& slot)
+{
+    slot.block = pool.takeFilled(size, fillValue);
+}
+
 /// The samples at a ring position, up to the end of their block.
 double* CDSPModDelay::at(int position)
 {
     CSlot& slot = ring[position >> order];
     if (!slot.block)
-        slot.block = pool.takeFilled(size, fillValue);
+        fill(slot);
     return slot.block.write() + (position & (size - 1));
 }
 
@@ -169,16 +174,21 @@ int CDSPModDelay::sliceAt(int position, int wanted) const noexcept
 }
 
 /// Gives the ring the blocks that the longer of the two delays needs beside the slice being
-/// written. What the line holds stays: the newest block comes last, and the oldest samples, which
-/// share its block in a full ring, move to one of their own or back.
+/// written.
 void CDSPModDelay::fitRing()
 {
     // A joined signal is kept from its beginning.
     const int longest = std::max({delay, oldDelay, joinSteps > 0 ? pendingDelay : 0});
     const int needed = (longest + size + kMaxSlice - 1) >> order;
+    if (needed != ring.getCount())
+        resizeRing(needed);
+}
+
+/// What the line holds stays: the newest block comes last, and the oldest samples, which share its
+/// block in a full ring, move to one of their own or back.
+void CDSPModDelay::resizeRing(int needed)
+{
     const int former = ring.getCount();
-    if (needed == former)
-        return;
     if (former == 0) {
         for (int i = 0; i < needed; ++i)
             ring.create();

@@ -44,10 +44,16 @@ private:
     // Keeps all positions within an int, beyond any latency that could be of use.
     static constexpr int kMaxDelay = 1 << 26;
 
+    struct CSlot : CTsmMemAllocator {
+        CAudioBlockRef block;
+    };
+
     void joinLater(int samples) noexcept;
     void startFade(int samples);
     void endFade();
     void fitRing();
+    void resizeRing(int needed);
+    void fill(CSlot& slot);
     [[nodiscard]] double* at(int position);
     [[nodiscard]] int back(int samples) const noexcept;
     [[nodiscard]] int sliceAt(int position, int wanted) const noexcept;
@@ -72,9 +78,6 @@ private:
     double fadeFactor = 0.0;
     bool hasSignal = false;
     int writePosition = 0;
-    struct CSlot : CTsmMemAllocator {
-        CAudioBlockRef block;
-    };
     COwnedArray<CSlot> ring;
 };
 
