@@ -35,6 +35,7 @@ void CDSPZeroLatencyConvolver::load(const CDSPImpulseRef& newImpulse)
         return;
     line.fit(newImpulse->getHead().getPastCount() + kMaxPiece);
     impulse = newImpulse;
+    workCount = impulse->getWorkCount();
     loadStages();
 }
 

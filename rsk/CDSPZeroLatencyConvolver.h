@@ -22,10 +22,7 @@ public:
     /// Forgets all input and keeps the impulse. [audio] No allocation.
     void reset() noexcept;
     /// Doubles of work space with the present impulse.
-    [[nodiscard]] int getWorkCount() const noexcept
-    {
-        return impulse ? impulse->getWorkCount() : 0;
-    }
+    [[nodiscard]] int getWorkCount() const noexcept { return workCount; }
     /// Writes `count` samples, which don't overlap the input. Without an impulse they are zero.
     /// `work` has getWorkCount() doubles, of any content. [audio] No allocation,
     /// no lock.
@@ -37,6 +34,7 @@ private:
 
     const int phase;
     CDSPImpulseRef impulse;
+    int workCount = 0;
     CDSPInputLine line;
     COwnedArray<CDSPPartitionStage> stages;
 };

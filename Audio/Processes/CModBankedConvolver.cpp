@@ -11,6 +11,7 @@
 #include "rsk/CDSPRealFFTPool.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tsm {
 
@@ -233,7 +234,7 @@ void CModBankedConvolver::process()
     for (int i = 0; i < port.getChannelCount(); ++i) {
         CAudioBlockRef block = getPool().take(length);
         processChannel(i, port.getChannel(i).buffer.read(), block.write(), length);
-        send(i, block, length);
+        send(i, std::move(block), length);
     }
     releaseInputs();
 }
