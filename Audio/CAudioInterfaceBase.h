@@ -25,7 +25,6 @@ public:
     {
         provider = newProvider;
     }
-    [[nodiscard]] CAudioInterfaceDataProvider* getDataProvider() const noexcept { return provider; }
 
     // What all clients are told. [any] Waits for a queue's lock only, and for the provider.
 

@@ -80,8 +80,6 @@ public:
     [[nodiscard]] bool hasValues() const;
     /// The values themselves, for those who hold the lock (CAudioParamLock).
     [[nodiscard]] const CAudioParamStorage& getValues() const noexcept { return values; }
-    /// The defaults as first applied, for those who hold the lock.
-    [[nodiscard]] const CAudioParamStorage& getInitial() const noexcept { return initial; }
 
     /// Writes the values, all groups or one.
     [[nodiscard]] CError* saveValues(COutputStream& stream) const;

@@ -31,7 +31,6 @@ public:
     void exchangeHistory(CPtr<CAudioParamUndoHistory>& out, CPtr<CAudioParamUndoHistory>& in);
     /// Replaces `out` by a deep copy of the present history, or by nothing.
     void cloneHistory(CPtr<CAudioParamUndoHistory>& out) const;
-    [[nodiscard]] std::int32_t getMaxCount() const noexcept { return maxCount; }
 
 protected:
     /// The list or the place in it is another one. The undo lock isn't held.

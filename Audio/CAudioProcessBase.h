@@ -127,7 +127,6 @@ protected:
     }
     /// Drops the input blocks, once they have been used.
     void releaseInputs() noexcept;
-    [[nodiscard]] const CAudioFormat& getOutputFormat() const noexcept { return outputFormat; }
     [[nodiscard]] COwnedArray<CAudioPort>& getPorts() noexcept { return ports; }
     /// The only link of all output ports, if it begins at that one; else null.
     [[nodiscard]] CAudioLink* findSoleOutLink(int sourcePort) const noexcept
@@ -135,7 +134,6 @@ protected:
         const bool isSole = outLinks.getCount() == 1 && outLinks[0]->getSourcePort() == sourcePort;
         return isSole ? outLinks[0] : nullptr;
     }
-    [[nodiscard]] const CArray<CAudioLink*, 4>& getOutLinks() const noexcept { return outLinks; }
     /// What subscriptions set, to have `update` called.
     [[nodiscard]] bool* getParamsChangedFlag() noexcept { return &paramsChanged; }
 

@@ -133,7 +133,6 @@ public:
     [[nodiscard]] CAudioVizCollector& getVizCollector() const noexcept { return *vizCollector; }
     [[nodiscard]] CAudioExtParamList& getExtParamList() const noexcept { return *extParamList; }
     [[nodiscard]] CAudioEnv& getEnvironment() const noexcept { return *audioEnv; }
-    [[nodiscard]] const CProductData& getProduct() const noexcept { return product; }
     [[nodiscard]] const CProductSwitches& getSwitches() const noexcept { return switches; }
     [[nodiscard]] const CEditorSize& getEditorSize() const noexcept { return editorSize; }
     /// The last oversampling mode that was asked of the engine. [control]

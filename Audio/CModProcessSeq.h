@@ -17,7 +17,6 @@ public:
     void listSteps(CAudioGraphSteps& steps) override;
 
     [[nodiscard]] int getChainLength() const noexcept { return chain.getCount(); }
-    [[nodiscard]] CAudioProcessBase& getChainProcess(int index) const { return chain[index]; }
 
 protected:
     /// Puts a process into the chain at `index`; the links to its neighbours are made anew.

@@ -13,7 +13,6 @@ public:
     [[nodiscard]] CError* init() override;
     static void declareClass(CObjectClassInfo& info);
 
-    [[nodiscard]] const CParamStateNames& getStateNames() const noexcept { return stateNames; }
 
 protected:
     /// Takes a whole number, or a state's name as one of the formats shows it.
