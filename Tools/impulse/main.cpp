@@ -1,6 +1,6 @@
 #include "Core/CWriteSeqBuffer.h"
 #include "Other/CFileSet.h"
-#include "Tools/defc/CToolFile.h"
+#include "Tools/Support/CToolFile.h"
 #include "Tools/impulse/CImpulseDesign.h"
 #include "Tools/impulse/CImpulseFile.h"
 #include "Tools/impulse/CImpulseReader.h"
