@@ -7,7 +7,7 @@
 #include "Platform/CClock.h"
 #include "Platform/CMessageQueue.h"
 #include "Tools/Support/CStopSignal.h"
-#include "Tools/Support/CTemporaryFile.h"
+#include "Tools/Support/CWholeFile.h"
 #include "Tools/render/CRenderParams.h"
 
 #include <algorithm>

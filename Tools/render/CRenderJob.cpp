@@ -7,7 +7,7 @@
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Tools/Support/CAutomationText.h"
-#include "Tools/Support/CTemporaryFile.h"
+#include "Tools/Support/CWholeFile.h"
 
 #include <iostream>
 
