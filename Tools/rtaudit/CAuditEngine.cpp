@@ -1,6 +1,5 @@
 #include "Tools/rtaudit/CAuditEngine.h"
 
-#include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioVizCollector.h"
