@@ -1,3 +1,4 @@
+#include "Core/CPtr.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Other/CFileSet.h"
 #include "Tools/Support/CToolFile.h"
@@ -43,9 +44,8 @@ bool writeSet(const CFileSet& set, const std::filesystem::path& path, std::strin
 {
     CWriteSeqBuffer stream;
     CByteBuffer data;
-    if (CError* failure = set.writeTo(stream)) {
+    if (const CPtr<CError> failure(set.writeTo(stream)); failure) {
         error = failure->getMessage().toUtf8();
-        delete failure;
         return false;
     }
     stream.takeData(data);
