@@ -2,7 +2,6 @@
 
 #include "Core/CObject.h"
 #include "Core/CResourceEntry.h"
-#include "Platform/CCriticalSection.h"
 
 namespace tsm {
 
@@ -35,8 +34,6 @@ public:
     [[nodiscard]] CError* registerCreator(const CCreatorRow& row);
     /// The creator of a tag, or null. [any]
     [[nodiscard]] const CCreator* findCreator(const CString& tag) const;
-    /// The class record of plain objects. [any]
-    [[nodiscard]] const CObjectClassInfo& getDefaultClassInfo() const { return defaultClassInfo; }
 
     /// Makes the shared root and loads a document into it, unless the name is empty.
     /// Errors: there is one already, those of the document. [setup]

@@ -29,16 +29,16 @@ CError* CAttrDoubler::onValue(CAttrValue& value)
     if (isWriting)
         return nullptr;
     isWriting = true;
-    CError* error = writeTo(targets, value);
+    CError* error = writeToTargets(value);
     isWriting = false;
     TSM_TRY(error);
     return nullptr;
 }
 
-CError* CAttrDoubler::writeTo(const COwnedArray<CString>& names, const CAttrValue& value)
+CError* CAttrDoubler::writeToTargets(const CAttrValue& value)
 {
     const CString attr = getAttrString("attr");
-    for (const CString& name : names)
+    for (const CString& name : targets)
         if (CObject* object = findObject(name))
             TSM_TRY(object->setAttr(attr, value, true));
     return nullptr;

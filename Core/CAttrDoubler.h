@@ -16,7 +16,7 @@ public:
 
 private:
     [[nodiscard]] CError* onValue(CAttrValue& value);
-    [[nodiscard]] CError* writeTo(const COwnedArray<CString>& names, const CAttrValue& value);
+    [[nodiscard]] CError* writeToTargets(const CAttrValue& value);
 
     // Looked up anew at each change: an object may go before this one.
     COwnedArray<CString> targets;

@@ -36,16 +36,4 @@ bool matchesAnyMask(const CString& name, const COwnedArray<CString>& masks) noex
     return false;
 }
 
-CString toLowerCase(const CString& text)
-{
-    CString lower = text;
-    for (int i = 0; i < lower.getLength(); ++i) {
-        const std::uint16_t code = lower[i];
-        const bool isLatinCapital = code >= 0xc0 && code <= 0xde && code != 0xd7;
-        if ((code >= 'A' && code <= 'Z') || isLatinCapital)
-            lower.setAt(i, static_cast<std::uint16_t>(code + 0x20));
-    }
-    return lower;
-}
-
 } // namespace tsm

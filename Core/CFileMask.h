@@ -10,7 +10,5 @@ namespace tsm {
 [[nodiscard]] bool matchesMask(const CString& name, const CString& mask) noexcept;
 /// The same for any of several masks.
 [[nodiscard]] bool matchesAnyMask(const CString& name, const COwnedArray<CString>& masks) noexcept;
-/// The text with Latin-1's capital letters made small. [any]
-[[nodiscard]] CString toLowerCase(const CString& text);
 
 } // namespace tsm

@@ -4,7 +4,6 @@
 #include "Core/CMemory.h"
 #include "Core/CTree.h"
 
-#include <cstddef>
 #include <type_traits>
 #include <utility>
 

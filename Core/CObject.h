@@ -117,7 +117,6 @@ public:
     {
         return attributes.find(name);
     }
-    [[nodiscard]] const CAttrMap& getAttrs() const noexcept { return attributes; }
     /// The own attribute converted, or the type's default when it is missing.
     [[nodiscard]] const CString& getAttrString(const char* name) const
     {

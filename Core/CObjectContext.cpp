@@ -40,13 +40,6 @@ std::int32_t CObjectContext::nextObjectId()
     return objectCount++;
 }
 
-bool CObjectContext::isAlive(std::uint32_t contextId)
-{
-    CContextTable& table = contextTable();
-    const CLockScope scope(table.lock);
-    return table.contexts.contains(contextId);
-}
-
 CError* CObjectContext::sendTo(std::uint32_t contextId, const CString& senderName,
                                const CString& eventName, CAttrMap& params)
 {

@@ -23,8 +23,6 @@ public:
     [[nodiscard]] std::int32_t nextObjectId();
     [[nodiscard]] CEventRegistry& getEvents() noexcept { return events; }
 
-    /// True while a context of that number exists. [any]
-    [[nodiscard]] static bool isAlive(std::uint32_t contextId);
     /// Sends an event in the name of an object of the context of that number, which can't end
     /// meanwhile; success when there is none. Errors: those of the event's dispatch. [any]
     [[nodiscard]] static CError* sendTo(std::uint32_t contextId, const CString& senderName,

@@ -33,7 +33,6 @@ public:
     [[nodiscard]] virtual CError* reloadValue();
     /// Writes the stored value; the attribute follows by the notification. [any]
     void setValue(const CString& text);
-    [[nodiscard]] const CString& getDefValue() const noexcept { return defValue; }
 
 private:
     friend class CSharedAttributeListener;

@@ -7,7 +7,7 @@
 
 namespace tsm {
 
-/// Numbers and lists in texts. Independent of the process's locale. [any]
+/// Numbers and lists in texts, and letters. Independent of the process's locale. [any]
 
 /// The decimal form.
 [[nodiscard]] CString toString(std::int64_t value);
@@ -38,5 +38,8 @@ namespace tsm {
 void splitText(const CString& text, std::uint16_t separator, COwnedArray<CString>& pieces);
 /// Cuts `text` at blanks, tabs and line ends; there are no empty pieces.
 void splitWords(const CString& text, COwnedArray<CString>& words);
+
+/// The text with Latin-1's capital letters made small.
+[[nodiscard]] CString toLowerCase(const CString& text);
 
 } // namespace tsm

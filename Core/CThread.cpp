@@ -5,8 +5,6 @@
 #include "Core/CText.h"
 #include "Platform/CCriticalSection.h"
 
-#include <cassert>
-
 namespace tsm {
 namespace {
 

@@ -58,7 +58,7 @@ std::int64_t plainPrefix(const char* bytes, std::int64_t count) noexcept
         if (((eight | (eight - kOnes)) & kTops) != 0)
             break;
     }
-    while (plain<count&& static_cast<signed char>(bytes[plain])> 0)
+    while (plain < count && 0 < static_cast<signed char>(bytes[plain]))
         ++plain;
     return plain;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/CDataId.h"
 #include "Core/CPosInputStream.h"
 
 #include <cstdint>
@@ -8,12 +9,9 @@
 namespace tsm {
 
 /// The four characters of a chunk's id as a little-endian number.
-[[nodiscard]] constexpr std::uint32_t chunkId(const char (&text)[5]) noexcept
+[[nodiscard]] consteval std::uint32_t chunkId(const char (&text)[5]) noexcept
 {
-    std::uint32_t id = 0;
-    for (int i = 3; i >= 0; --i)
-        id = id << 8 | static_cast<std::uint8_t>(text[i]);
-    return id;
+    return dataId(text);
 }
 /// The id as text; what can't be printed becomes a question mark.
 [[nodiscard]] CString chunkIdText(std::uint32_t id);

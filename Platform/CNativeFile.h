@@ -23,7 +23,7 @@ public:
     CNativeFile(const CNativeFile&) = delete;
     CNativeFile& operator=(const CNativeFile&) = delete;
 
-    /// Opens a file; the object isn't open. A folder is an error. [any]
+    /// Opens a file; what was open is closed first. A folder is an error. [any]
     [[nodiscard]] int open(const char* path, EMode mode);
     /// Stands for a stream of the process, which close() leaves open. [any]
     void openStandard(EStandard which);

@@ -1,6 +1,5 @@
 #include "rsk/CDSPDirectFilter.h"
 
-#include <algorithm>
 #include <cassert>
 
 namespace tsm::rsk {

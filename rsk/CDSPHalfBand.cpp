@@ -3,7 +3,6 @@
 #include "rsk/CDSPKaiserWindow.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <numbers>
 

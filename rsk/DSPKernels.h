@@ -5,9 +5,12 @@ namespace tsm::rsk {
 /// The instruction sets that the kernels are built for, each a superset of those before it.
 enum class EDSPBuild { Generic, Fma, Avx512 };
 
+/// Real transforms have 2^kMinFFTOrder to 2^kMaxFFTOrder points.
 constexpr int kMinFFTOrder = 5;
 constexpr int kMaxFFTOrder = 20;
-constexpr int kMaxFFTPasses = 10;
+constexpr int kMaxFFTPasses = 10; // of radix 4 at least, over half as many complex points
+/// Doubles behind the end of a buffer that kernels may touch, since they work on whole vectors: as
+/// many as the widest vector has.
 constexpr int kKernelPad = 8;
 
 /// The tables of a real transform of 2^order points, as one build's kernels read them; made by

@@ -1,6 +1,5 @@
 #include "Platform/Linux/CMessageQueueState.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <sys/eventfd.h>

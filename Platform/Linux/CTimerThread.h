@@ -21,6 +21,7 @@ public:
     /// Counts the users down; the last one ends the thread.
     void removeUser();
     [[nodiscard]] bool isRunning();
+    /// As CSystemTimer's, in ticks of CClock.
     void start(CSystemTimer& timer, std::int64_t delay, std::int64_t period);
     void stop(CSystemTimer& timer);
 

@@ -1,7 +1,6 @@
 #include "Tools/Support/CSoundFileReader.h"
 
 #include "Core/CByteOrder.h"
-#include "Core/CText.h"
 
 #include <array>
 #include <cerrno>

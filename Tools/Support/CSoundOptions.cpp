@@ -1,33 +1,12 @@
 #include "Tools/Support/CSoundOptions.h"
 
-#include <CLI/CLI.hpp>
+#include "Tools/Support/CCommandLine.h"
 
-#include <iostream>
+#include <CLI/CLI.hpp>
 
 namespace tsm {
 
 namespace {
-
-void addRepeatable(CLI::App& app, const char* name, std::vector<std::string>& texts,
-                   const char* help)
-{
-    // One value behind each mention, so that the files' names aren't taken for further ones.
-    app.add_option(name, texts, help)->type_size(1)->allow_extra_args(false);
-}
-
-CError* splitNamedTexts(const std::vector<std::string>& texts, const char* option,
-                        std::vector<CNamedText>& out)
-{
-    for (const std::string& text : texts) {
-        const std::size_t equals = text.find('=');
-        if (equals == std::string::npos || equals == 0)
-            TSM_FAIL("'%1' behind %2 is not of the form NAME=TEXT", CString::fromUtf8(text),
-                     option);
-        out.push_back({CString::fromUtf8(std::string_view(text).substr(0, equals)),
-                       CString::fromUtf8(std::string_view(text).substr(equals + 1))});
-    }
-    return nullptr;
-}
 
 ESampleFormat formatOfName(const std::string& name)
 {
@@ -35,17 +14,6 @@ ESampleFormat formatOfName(const std::string& name)
         if (name == row.name)
             return row.format;
     return ESampleFormat::Float32;
-}
-
-/// The commands' helps as well: CLI asks the innermost one that was given.
-void parse(CLI::App& app, int argc, const char* const* argv, bool& isDone)
-{
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        isDone = true;
-    }
 }
 
 } // namespace
@@ -83,21 +51,6 @@ CError* CSoundOptions::checkFiles() const
         TSM_FAIL("no input file given (see --help)");
     if (outPath.empty())
         TSM_FAIL("no output file given (see --help)");
-    return nullptr;
-}
-
-CError* parseCommandLine(int argc, const char* const* argv, const char* tool, const char* purpose,
-                         const std::function<void(CLI::App&)>& describe, bool& isDone)
-{
-    isDone = false;
-    try {
-        CLI::App app(purpose, tool);
-        describe(app);
-        parse(app, argc, argv, isDone);
-    } catch (const std::exception& failure) {
-        // The library reports by exceptions; this is its edge.
-        TSM_FAIL("%1", CString::fromUtf8(failure.what()));
-    }
     return nullptr;
 }
 

@@ -4,7 +4,6 @@
 #include "Tools/Support/CNamedText.h"
 #include "Tools/Support/ESampleFormat.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,12 +41,5 @@ private:
     std::vector<std::string> rawAutomations;
     std::string formatName = "f32";
 };
-
-/// Parses a command line with the program's options. `isDone` is set when a help text was asked for
-/// and has been written to standard output. Errors: those of the options.
-[[nodiscard]] CError* parseCommandLine(int argc, const char* const* argv, const char* tool,
-                                       const char* purpose,
-                                       const std::function<void(CLI::App&)>& describe,
-                                       bool& isDone);
 
 } // namespace tsm

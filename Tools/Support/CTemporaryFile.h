@@ -33,9 +33,4 @@ private:
     int descriptor = -1;
 };
 
-/// Writes a whole file at once. Errors: as above.
-[[nodiscard]] CError* writeWholeFile(const std::string& path, std::string_view bytes);
-/// Reads a regular file of at most `limit` bytes. Errors: it can't be read, it is longer.
-[[nodiscard]] CError* readWholeFile(const std::string& path, std::size_t limit, std::string& bytes);
-
 } // namespace tsm

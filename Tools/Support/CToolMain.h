@@ -11,4 +11,17 @@ namespace tsm {
 /// signal that came meanwhile then ends the program as whoever sent it expects.
 [[nodiscard]] int runTool(const char* tool, const std::function<CError*()>& work);
 
+/// The whole main() of a tool whose `Options` read the command line, and whose `Job` does what they
+/// ask for.
+template <class Options, class Job>
+[[nodiscard]] int runToolJob(const char* tool, int argc, const char* const* argv)
+{
+    return runTool(tool, [&]() -> CError* {
+        Options options;
+        bool isDone = false;
+        TSM_TRY(Options::parse(argc, argv, options, isDone));
+        return isDone ? nullptr : Job(options).run();
+    });
+}
+
 } // namespace tsm

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <array>
-#include <string_view>
+#include <cstddef>
 
 namespace tsm {
 

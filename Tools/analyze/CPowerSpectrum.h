@@ -20,7 +20,6 @@ public:
     /// with silence.
     CPowerSpectrum(const CSoundBuffer& sound, std::size_t size, ESpectrumWindow window);
 
-    [[nodiscard]] const std::vector<double>& getBins() const { return bins; }
     [[nodiscard]] double getBinHz() const { return binHz; }
 
     /// Power between two frequencies in Hz. A bin reaches half its width to either side, and counts

@@ -4,7 +4,7 @@
 #include "Core/CByteOrder.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
-#include "Tools/defc/CToolFile.h"
+#include "Tools/Support/CToolFile.h"
 
 #include <cassert>
 #include <string>

@@ -8,7 +8,6 @@
 #include "Audio/Converters/CAudioParamConverterReal.h"
 #include "Audio/Converters/CAudioParamConverterText.h"
 #include "Audio/Converters/CAudioParamConverterTime.h"
-#include "Core/CText.h"
 
 namespace tsm {
 

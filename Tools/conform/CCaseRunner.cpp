@@ -80,6 +80,26 @@ bool waitFor(pid_t child, CClock::time_point deadline, int& status)
     return true;
 }
 
+/// How a child came to its end, and what it told until then.
+struct COutcome {
+    bool isInTime = false;
+    int status = 0; // as waitpid() has it
+    std::string told;
+};
+
+/// Reads what the child tells until it ends, or is ended because the time is over.
+COutcome watch(pid_t child, int reading, CClock::time_point deadline)
+{
+    COutcome outcome;
+    outcome.isInTime =
+        readAll(reading, deadline, outcome.told) && waitFor(child, deadline, outcome.status);
+    if (!outcome.isInTime) {
+        kill(child, SIGKILL);
+        waitpid(child, &outcome.status, 0);
+    }
+    return outcome;
+}
+
 /// Whether the case came to its end.
 bool takeFindings(const std::string& text, CCaseResult& result)
 {
@@ -109,6 +129,19 @@ std::string endText(int status)
     const char* const name = sigabbrev_np(WTERMSIG(status));
     const char* const about = sigdescr_np(WTERMSIG(status));
     return std::string("SIG") + (name ? name : "?") + " (" + (about ? about : "signal") + ")";
+}
+
+/// Takes the case's findings, and as a failure another end than that of the case.
+void takeOutcome(const COutcome& outcome, int limitSeconds, CCaseResult& result)
+{
+    const std::string last = "the plug-in's process";
+    const bool hasEnded = takeFindings(outcome.told, result);
+    if (!outcome.isInTime)
+        result.failures.push_back({CFinding::EKind::Failure, last,
+                                   "ends within " + std::to_string(limitSeconds) + " s", "a hang"});
+    else if (!hasEnded || outcome.status != 0)
+        result.failures.push_back({CFinding::EKind::Failure, last, "lives to the end of the case",
+                                   endText(outcome.status)});
 }
 
 /// The last lines of a file without a name.
@@ -157,24 +190,10 @@ CError* CCaseRunner::run(const CConformCase& wanted, CCaseResult& result) const
         runChild(wanted, {writing.get(), output.get(), errors.get()});
     }
     writing.close();
-    std::string text;
-    int status = 0;
-    const bool isInTime =
-        readAll(reading.get(), deadline, text) && waitFor(child, deadline, status);
-    if (!isInTime) {
-        kill(child, SIGKILL);
-        waitpid(child, &status, 0);
-    }
+    const COutcome outcome = watch(child, reading.get(), deadline);
     if (CStopSignal::getRaised() != 0)
         TSM_FAIL("stopped in case '%1'", wanted.name);
-    const bool hasEnded = takeFindings(text, result);
-    const std::string last = "the plug-in's process";
-    if (!isInTime)
-        result.failures.push_back({CFinding::EKind::Failure, last,
-                                   "ends within " + std::to_string(seconds) + " s", "a hang"});
-    else if (!hasEnded || status != 0)
-        result.failures.push_back(
-            {CFinding::EKind::Failure, last, "lives to the end of the case", endText(status)});
+    takeOutcome(outcome, seconds, result);
     if (!result.failures.empty()) {
         result.verdict = CCaseResult::EVerdict::Fail;
         result.output = lastLines(output.get());

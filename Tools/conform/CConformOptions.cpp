@@ -1,6 +1,6 @@
 #include "Tools/conform/CConformOptions.h"
 
-#include "Tools/Support/CSoundOptions.h"
+#include "Tools/Support/CCommandLine.h"
 #include "Tools/hostlib/CVstBundle.h"
 
 #include <CLI/CLI.hpp>

@@ -50,7 +50,7 @@ void expectEnd(const Unit (&field)[size], const std::string& what, CFindings& fi
 template <std::size_t size>
 CString shown(const char8 (&field)[size])
 {
-    return fromVstField({field, size});
+    return fromVstField(field);
 }
 
 template <std::size_t size>

@@ -2,7 +2,6 @@
 #include "Tools/conform/ConformCases.h"
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <limits>
 

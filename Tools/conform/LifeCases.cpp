@@ -6,7 +6,6 @@
 
 #include "Audio/VST/Interfaces/Speakers.h"
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>

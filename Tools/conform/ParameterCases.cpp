@@ -10,7 +10,6 @@
 #include <cmath>
 #include <limits>
 #include <set>
-#include <string_view>
 
 namespace tsm {
 

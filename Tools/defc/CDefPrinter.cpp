@@ -64,7 +64,7 @@ bool CDefPrinter::isPlainText(const CDefNode& node)
         return false;
     const CDefAttribute& only = node.attributes.front();
     return only.key == "value" && !only.value.empty() &&
-           CDefText::normaliseSpace(only.value) == only.value;
+           CDefText::normalizeSpace(only.value) == only.value;
 }
 
 std::string CDefPrinter::escape(const std::string& text)

@@ -108,7 +108,7 @@ void CDefReader::readChildren(const pugi::xml_node& element, const CScope& scope
 void CDefReader::addText(const std::string& text, const CDefPlace& place, const CScope& scope,
                          CDefNode& parent)
 {
-    const std::string value = CDefText::normaliseSpace(expand(text, place, scope));
+    const std::string value = CDefText::normalizeSpace(expand(text, place, scope));
     if (value.empty())
         return;
     if (parent.tag.empty())

@@ -1,7 +1,7 @@
 #include "Tools/defc/CDefSource.h"
 
+#include "Tools/Support/CToolFile.h"
 #include "Tools/defc/CDefText.h"
-#include "Tools/defc/CToolFile.h"
 
 #include <algorithm>
 

@@ -65,7 +65,7 @@ std::size_t CDefText::findBad(std::string_view text)
     return std::string_view::npos;
 }
 
-std::string CDefText::normaliseSpace(std::string_view text)
+std::string CDefText::normalizeSpace(std::string_view text)
 {
     std::string out;
     for (const char c : text) {

@@ -15,7 +15,7 @@ public:
     static std::size_t findBad(std::string_view text);
 
     /// Blank runs become one blank, none is left at the ends.
-    static std::string normaliseSpace(std::string_view text);
+    static std::string normalizeSpace(std::string_view text);
 
     /// A class tag such as `audio:param`.
     static bool isTag(std::string_view text);

@@ -1,5 +1,5 @@
+#include "Tools/Support/CToolFile.h"
 #include "Tools/defc/CDefCompiler.h"
-#include "Tools/defc/CToolFile.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include "Tools/host/CHostJob.h"
 
 #include "Tools/Support/CAutomationText.h"
-#include "Tools/Support/CTemporaryFile.h"
+#include "Tools/Support/CWholeFile.h"
 #include "Tools/host/CControlThread.h"
 #include "Tools/host/CHostReport.h"
 #include "Tools/hostlib/CMemoryStream.h"

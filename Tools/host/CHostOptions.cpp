@@ -1,5 +1,6 @@
 #include "Tools/host/CHostOptions.h"
 
+#include "Tools/Support/CCommandLine.h"
 #include "Tools/hostlib/CVstBundle.h"
 
 #include <CLI/CLI.hpp>

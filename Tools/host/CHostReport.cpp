@@ -12,12 +12,6 @@ using namespace Steinberg::Vst;
 
 namespace {
 
-template <std::size_t size>
-CString fieldOf(const char8 (&text)[size])
-{
-    return fromVstField({text, size});
-}
-
 CString joined(const std::vector<CString>& pieces, const char* divider)
 {
     CString text;
@@ -86,9 +80,9 @@ std::string tellInfo(const CVstBundle& bundle, const CVstClass& effect,
     const CVstParams params(instance.getController());
     std::vector<CToolRow> rows{
         {"Bundle", CString::fromUtf8(bundle.getPath().string())},
-        {"Vendor", fieldOf(factory.vendor)},
-        {"URL", fieldOf(factory.url)},
-        {"E-mail", fieldOf(factory.email)},
+        {"Vendor", fromVstField(factory.vendor)},
+        {"URL", fromVstField(factory.url)},
+        {"E-mail", fromVstField(factory.email)},
         {"Class", effect.name},
         {"Class id", CString::fromUtf8(toIdText(effect.id))},
         {"Category", effect.category + (effect.subCategories.empty() ? "" : ": ") +

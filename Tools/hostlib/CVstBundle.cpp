@@ -14,12 +14,6 @@ using namespace Steinberg;
 
 namespace {
 
-template <std::size_t size>
-CString narrow(const char8 (&field)[size])
-{
-    return fromVstField({field, size});
-}
-
 std::vector<CString> splitCategories(const CString& text)
 {
     COwnedArray<CString> pieces;
@@ -38,7 +32,7 @@ CVstClass begin(const Info& info)
     CVstClass made;
     copyId(info.cid, made.id);
     made.cardinality = info.cardinality;
-    made.category = narrow(info.category);
+    made.category = fromVstField(info.category);
     return made;
 }
 
@@ -47,7 +41,7 @@ CVstClass fromOldest(IPluginFactory& factory, int32 index)
     PClassInfo info = {};
     factory.getClassInfo(index, &info);
     CVstClass made = begin(info);
-    made.name = narrow(info.name);
+    made.name = fromVstField(info.name);
     return made;
 }
 
@@ -58,12 +52,12 @@ bool fromSecond(FUnknown& factory, int32 index, CVstClass& made)
     if (!second || second->getClassInfo2(index, &info) != kResultOk)
         return false;
     made = begin(info);
-    made.name = narrow(info.name);
+    made.name = fromVstField(info.name);
     made.flags = info.classFlags;
-    made.vendor = narrow(info.vendor);
-    made.version = narrow(info.version);
-    made.sdkVersion = narrow(info.sdkVersion);
-    made.subCategories = splitCategories(narrow(info.subCategories));
+    made.vendor = fromVstField(info.vendor);
+    made.version = fromVstField(info.version);
+    made.sdkVersion = fromVstField(info.sdkVersion);
+    made.subCategories = splitCategories(fromVstField(info.subCategories));
     return true;
 }
 
@@ -80,7 +74,7 @@ bool fromThird(FUnknown& factory, int32 index, CVstClass& made)
     made.version = fromVstText(std::u16string(info.version, std::size(info.version)).c_str());
     made.sdkVersion =
         fromVstText(std::u16string(info.sdkVersion, std::size(info.sdkVersion)).c_str());
-    made.subCategories = splitCategories(narrow(info.subCategories));
+    made.subCategories = splitCategories(fromVstField(info.subCategories));
     return true;
 }
 
@@ -165,7 +159,7 @@ void CVstBundle::readClasses()
         if (!fromThird(*factory, i, made) && !fromSecond(*factory, i, made))
             made = fromOldest(*factory, i);
         if (made.vendor.isEmpty())
-            made.vendor = narrow(factoryInfo.vendor);
+            made.vendor = fromVstField(factoryInfo.vendor);
         classes.push_back(made);
     }
 }

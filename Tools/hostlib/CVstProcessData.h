@@ -25,9 +25,6 @@ public:
     /// Hands the points over in a call without samples. Errors: as above. [audio]
     [[nodiscard]] CError* flush();
 
-    /// Points that the plug-in gave back in the last call.
-    [[nodiscard]] CHostParamChanges& getOutputChanges() const { return *outputChanges; }
-
 private:
     /// The channels of one bus as the interface wants them.
     struct CBusRoom {

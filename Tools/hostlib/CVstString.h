@@ -3,6 +3,7 @@
 #include "Audio/VST/Interfaces/VstTypes.h"
 #include "Core/CString.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,11 @@ namespace tsm {
 [[nodiscard]] std::u16string toVstText(const CString& text);
 /// A field of 8-bit text, in UTF-8, which may fill the field without an end.
 [[nodiscard]] CString fromVstField(std::string_view field);
+template <std::size_t size>
+[[nodiscard]] CString fromVstField(const Steinberg::char8 (&field)[size])
+{
+    return fromVstField(std::string_view(field, size));
+}
 
 /// The 32 digits of an identifier, in the order of its bytes.
 [[nodiscard]] std::string toIdText(const Steinberg::TUID id);

@@ -11,18 +11,12 @@ using nlohmann::ordered_json;
 
 namespace {
 
-template <std::size_t size>
-std::string field(const char8 (&text)[size])
-{
-    return fromVstField({text, size}).toUtf8();
-}
-
 ordered_json describeFactory(const PFactoryInfo& info)
 {
     const auto has = [&](int32 flag) { return (info.flags & flag) != 0; };
-    return {{"Vendor", field(info.vendor)},
-            {"URL", field(info.url)},
-            {"E-Mail", field(info.email)},
+    return {{"Vendor", fromVstField(info.vendor).toUtf8()},
+            {"URL", fromVstField(info.url).toUtf8()},
+            {"E-Mail", fromVstField(info.email).toUtf8()},
             {"Flags",
              {{"Unicode", has(PFactoryInfo::kUnicode)},
               {"Classes Discardable", has(PFactoryInfo::kClassesDiscardable)},

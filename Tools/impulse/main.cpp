@@ -1,6 +1,7 @@
+#include "Core/CPtr.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Other/CFileSet.h"
-#include "Tools/defc/CToolFile.h"
+#include "Tools/Support/CToolFile.h"
 #include "Tools/impulse/CImpulseDesign.h"
 #include "Tools/impulse/CImpulseFile.h"
 #include "Tools/impulse/CImpulseReader.h"
@@ -43,9 +44,8 @@ bool writeSet(const CFileSet& set, const std::filesystem::path& path, std::strin
 {
     CWriteSeqBuffer stream;
     CByteBuffer data;
-    if (CError* failure = set.writeTo(stream)) {
+    if (const CPtr<CError> failure(set.writeTo(stream)); failure) {
         error = failure->getMessage().toUtf8();
-        delete failure;
         return false;
     }
     stream.takeData(data);

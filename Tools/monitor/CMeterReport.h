@@ -12,7 +12,6 @@ namespace tsm {
 class CMeterReport {
 public:
     void add(const CMeterReading& reading) { readings.push_back(reading); }
-    [[nodiscard]] const std::vector<CMeterReading>& getReadings() const { return readings; }
 
     /// The columns time, meter, channel, rms and peak, in order of the times; numbers with 17
     /// digits, from which they can be read back as they were.

@@ -7,7 +7,7 @@
 #include "Platform/CClock.h"
 #include "Platform/CMessageQueue.h"
 #include "Tools/Support/CStopSignal.h"
-#include "Tools/Support/CTemporaryFile.h"
+#include "Tools/Support/CWholeFile.h"
 #include "Tools/render/CRenderParams.h"
 
 #include <algorithm>
@@ -19,9 +19,6 @@
 namespace tsm {
 namespace {
 
-/// The rate of the passes that build the graph, which is no file's, so that nothing fades in.
-constexpr double kSetUpRate = 4000.0;
-constexpr const char* kMainPath = "plugin.modMain.";
 constexpr std::size_t kMaxScriptBytes = std::size_t{1} << 20;
 // How fast the measured interval between frames follows.
 constexpr double kFollow = 0.15;
@@ -68,9 +65,7 @@ CError* CMonitorJob::startEngine()
     CAppData::keepInMemory();
     TSM_TRY(startProduct(application));
     wrapper = std::make_unique<CRenderWrapper>();
-    TSM_TRY(wrapper->init());
-    wrapper->setSampleRate(kSetUpRate);
-    wrapper->afterInit();
+    TSM_TRY(wrapper->prepare());
     const int channels = sound.getChannelCount();
     if (channels > wrapper->getIntChannelCount())
         TSM_FAIL("'%1' has %2 channels, more than the %3 that can be processed",
@@ -81,25 +76,9 @@ CError* CMonitorJob::startEngine()
         TSM_TRY(params.set(setting));
     block = std::make_unique<CHostBlock>(channels, options.blockSize, false);
     frames.resize(static_cast<std::size_t>(channels) * static_cast<std::size_t>(options.blockSize));
-    wrapper->setSampleRate(sound.getRate());
-    wrapper->setChannelFormat({channels, true, false}, {});
-    wrapper->setOutputFormat({channels, true, false});
+    wrapper->setFormat(sound.getRate(), channels);
     wrapper->startProcessing();
     return nullptr;
-}
-
-std::vector<CString> CMonitorJob::paramNames() const
-{
-    CArray<CAudioParam*> params;
-    wrapper->getParamCollector().listParams(params);
-    std::vector<CString> names;
-    for (const CAudioParam* param : params) {
-        const CAudioParamInfo* info = param->getInfo();
-        // Names without a description are the definition's own plumbing.
-        if (info && info->isGlobal && param->getName().startsWith(kMainPath))
-            names.push_back(param->getName().substring(CString(kMainPath).getLength()));
-    }
-    return names;
 }
 
 CError* CMonitorJob::attachClient()
@@ -125,8 +104,9 @@ CError* CMonitorJob::attachClient()
     };
     events.onTick = [this] { return frame(); };
     client = std::make_unique<CMonitorClient>(std::move(events));
-    TSM_TRY(client->attach(application, wrapper->getRoot(), paramNames(), options.framesPerSecond,
-                           !options.isFast));
+    const CRenderParams params(wrapper->getParamCollector());
+    TSM_TRY(client->attach(application, wrapper->getRoot(), params.getNames(),
+                           options.framesPerSecond, !options.isFast));
     return nullptr;
 }
 

@@ -31,7 +31,6 @@ private:
     [[nodiscard]] CError* readScript();
     [[nodiscard]] CError* startEngine();
     [[nodiscard]] CError* attachClient();
-    [[nodiscard]] std::vector<CString> paramNames() const;
     [[nodiscard]] CError* play();
     [[nodiscard]] CError* playFast();
     [[nodiscard]] CError* playInTime();

@@ -1,25 +1,11 @@
 #include "Tools/monitor/CMonitorOptions.h"
 
+#include "Tools/Support/CCommandLine.h"
 #include "Tools/Support/CSoundOptions.h"
 
 #include <CLI/CLI.hpp>
 
 namespace tsm {
-namespace {
-
-CError* splitSettings(const std::vector<std::string>& texts, std::vector<CNamedText>& settings)
-{
-    for (const std::string& text : texts) {
-        const std::size_t equals = text.find('=');
-        if (equals == std::string::npos || equals == 0)
-            TSM_FAIL("'%1' behind --set is not of the form NAME=TEXT", CString::fromUtf8(text));
-        settings.push_back({CString::fromUtf8(text.substr(0, equals)),
-                            CString::fromUtf8(text.substr(equals + 1))});
-    }
-    return nullptr;
-}
-
-} // namespace
 
 CError* CMonitorOptions::parse(int argc, const char* const* argv, CMonitorOptions& options,
                                bool& isDone)
@@ -31,15 +17,11 @@ CError* CMonitorOptions::parse(int argc, const char* const* argv, CMonitorOption
         "parameters and history as a window would.",
         [&](CLI::App& app) {
             app.add_option("IN", options.inPath, "Sound file to process, mono or stereo");
-            app.add_option("--set", settings,
-                           "NAME=TEXT: set a parameter before the first block, as in "
-                           "modReelpath.recgain=6 (repeatable)")
-                ->type_size(1)
-                ->allow_extra_args(false);
-            app.add_option("--do", options.scriptLines,
-                           "One line of a script (repeatable); see --script")
-                ->type_size(1)
-                ->allow_extra_args(false);
+            addRepeatable(app, "--set", settings,
+                          "NAME=TEXT: set a parameter before the first block, as in "
+                          "modReelpath.recgain=6 (repeatable)");
+            addRepeatable(app, "--do", options.scriptLines,
+                          "One line of a script (repeatable); see --script");
             app.add_option("--script", options.scriptPath,
                            "File of edits, one a line: SECONDS set NAME TEXT, gesture NAME TEXT "
                            "TEXT..., reset NAME, undo, redo, preset NAME, program NUMBER, ab, "
@@ -61,7 +43,7 @@ CError* CMonitorOptions::parse(int argc, const char* const* argv, CMonitorOption
         isDone));
     if (isDone)
         return nullptr;
-    TSM_TRY(splitSettings(settings, options.settings));
+    TSM_TRY(splitNamedTexts(settings, "--set", options.settings));
     if (options.inPath.empty())
         TSM_FAIL("no input file given (see --help)");
     return nullptr;

@@ -4,12 +4,6 @@
 
 namespace tsm {
 
-CError* CMonitorParam::onInfo(CInputStream& stream)
-{
-    TSM_TRY(CParamMirror::onInfo(stream));
-    return nullptr;
-}
-
 void CMonitorParam::onChange(CAudioParamChange& change)
 {
     CParamMirror::onChange(change);

@@ -18,7 +18,6 @@ public:
     {
     }
 
-    [[nodiscard]] CError* onInfo(CInputStream& stream) override;
     void onChange(CAudioParamChange& change) override;
 
     [[nodiscard]] const CString& getName() const noexcept { return name; }

@@ -29,7 +29,6 @@ public:
 
     /// The next step that is due, or null.
     [[nodiscard]] const CMonitorStep* takeDue(double seconds);
-    [[nodiscard]] const std::vector<CMonitorStep>& getSteps() const noexcept { return steps; }
 
 private:
     std::vector<CMonitorStep> steps;

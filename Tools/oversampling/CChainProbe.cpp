@@ -10,7 +10,6 @@ namespace tsm {
 
 namespace {
 
-constexpr double kSetUpRate = 4000.0; // all modules are made anew at any other
 constexpr int kBlock = 512;
 constexpr double kDbPerNeper = 8.685889638065037;
 
@@ -20,18 +19,14 @@ CError* CChainProbe::open(const COversamplingChoice& choice, double recGainDb,
                           double hardnessPercent)
 {
     wrapper = std::make_unique<CRenderWrapper>();
-    TSM_TRY(wrapper->init());
-    wrapper->setSampleRate(kSetUpRate);
-    wrapper->afterInit();
+    TSM_TRY(wrapper->prepare());
     TSM_TRY(set("oversampling", 1.0 + std::log2(choice.factor)));
     TSM_TRY(set("lp-oversampling-enable", choice.isLinear ? 1.0 : 0.0));
     TSM_TRY(set("modReelpath.recgain", std::exp(recGainDb / kDbPerNeper)));
     TSM_TRY(set("modReelpath.hardness", 0.01 * hardnessPercent));
     TSM_TRY(set("modReelpath.flutter", 0.0));
     TSM_TRY(set("modReelpath.cab-enable", 0.0));
-    wrapper->setSampleRate(choice.rate);
-    wrapper->setChannelFormat({1, true, false}, {});
-    wrapper->setOutputFormat({1, true, false});
+    wrapper->setFormat(choice.rate, 1);
     wrapper->startProcessing();
     static_cast<void>(process(std::vector<double>(kBlock)));
     return nullptr;

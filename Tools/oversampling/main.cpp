@@ -1,8 +1,8 @@
 #include "Audio/ProductCreators.h"
 #include "Core/CAppData.h"
 #include "Core/CApplication.h"
-#include "Tools/Support/CTemporaryFile.h"
 #include "Tools/Support/CToolMain.h"
+#include "Tools/Support/CWholeFile.h"
 #include "Tools/oversampling/COversamplingReport.h"
 
 #include <cstdio>

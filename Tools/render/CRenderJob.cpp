@@ -7,18 +7,13 @@
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Tools/Support/CAutomationText.h"
-#include "Tools/Support/CTemporaryFile.h"
+#include "Tools/Support/CWholeFile.h"
 
 #include <iostream>
 
 namespace tsm {
 
 namespace {
-
-/// The rate of the passes that build the graph. It is no file's: the start at the rate of the file
-/// then makes every module anew, with the values that were set, so that nothing fades in.
-constexpr double kSetUpRate = 4000.0;
-static_assert(kSetUpRate < CSoundRender::kMinRate);
 
 constexpr std::size_t kMaxStateBytes = std::size_t{64} << 20;
 
@@ -52,9 +47,7 @@ CError* CRenderJob::startEngine()
 {
     TSM_TRY(startProduct(application));
     wrapper = std::make_unique<CRenderWrapper>();
-    TSM_TRY(wrapper->init());
-    wrapper->setSampleRate(kSetUpRate);
-    wrapper->afterInit();
+    TSM_TRY(wrapper->prepare());
     params = std::make_unique<CRenderParams>(wrapper->getParamCollector());
     return options.isList ? nullptr : sound.checkChannels(wrapper->getIntChannelCount());
 }
@@ -150,10 +143,7 @@ CError* CRenderJob::readAutomation(const CNamedText& automation)
 
 void CRenderJob::startProcessing()
 {
-    const int channels = sound.getChannelCount();
-    wrapper->setSampleRate(sound.getRate());
-    wrapper->setChannelFormat({channels, !options.useFloatHost, false}, {});
-    wrapper->setOutputFormat({channels, !options.useFloatHost, false});
+    wrapper->setFormat(sound.getRate(), sound.getChannelCount(), !options.useFloatHost);
     wrapper->setOffline(options.isOffline);
     wrapper->startProcessing();
 }

@@ -1,5 +1,7 @@
 #include "Tools/render/CRenderOptions.h"
 
+#include "Tools/Support/CCommandLine.h"
+
 #include <CLI/CLI.hpp>
 
 namespace tsm {

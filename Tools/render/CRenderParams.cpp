@@ -13,7 +13,13 @@ namespace {
 
 constexpr const char* kMainPath = "plugin.modMain.";
 
-/// The number of values that a text for a parameter holds.
+/// Parameters without a description are the definition's own plumbing.
+bool isReachable(const CAudioParam& param)
+{
+    return param.getInfo() && param.getInfo()->isGlobal;
+}
+
+/// Whether a text for the parameter holds several values.
 bool isList(const CAudioParamInfo& info)
 {
     return !info.shape.isSingleElement && info.defaults.getElementCount(0) > 1;
@@ -24,8 +30,7 @@ bool isList(const CAudioParamInfo& info)
 CError* CRenderParams::find(CAudioParam*& param, const CString& name) const
 {
     param = collector.find(kMainPath + name);
-    // Names without a description are those of the definition's own plumbing.
-    if (!param || !param->getInfo() || !param->getInfo()->isGlobal)
+    if (!param || !isReachable(*param))
         TSM_FAIL("unknown parameter '%1' (see --list)", name);
     if (param->getInfo()->shape.dataType == EAudioParamType::Raw)
         TSM_FAIL("parameter '%1' holds binary data", name);
@@ -97,20 +102,27 @@ void CRenderParams::noteSet(const CString& name)
         setNames.push_back(name);
 }
 
+std::vector<CString> CRenderParams::getNames() const
+{
+    CArray<CAudioParam*> params;
+    collector.listParams(params);
+    const int prefixLength = CString(kMainPath).getLength();
+    std::vector<CString> names;
+    for (const CAudioParam* param : params)
+        if (isReachable(*param) && param->getName().startsWith(kMainPath))
+            names.push_back(param->getName().substring(prefixLength));
+    return names;
+}
+
 std::string CRenderParams::list() const
 {
     std::vector<CToolRow> rows{
         {CString("Name"), "Visual name", "Range", "Default", "Unit", "Present"}};
-    CArray<CAudioParam*> params;
-    collector.listParams(params);
-    const int prefixLength = CString(kMainPath).getLength();
-    for (const CAudioParam* param : params) {
-        const CAudioParamInfo* info = param->getInfo();
-        if (!info || !info->isGlobal || !param->getName().startsWith(kMainPath))
-            continue;
-        const CParamTexts texts(*param);
-        rows.push_back({param->getName().substring(prefixLength), info->visualName, texts.range(),
-                        texts.defaults(), texts.unit(), texts.present()});
+    for (const CString& name : getNames()) {
+        const CAudioParam& param = *collector.find(kMainPath + name);
+        const CParamTexts texts(param);
+        rows.push_back({name, param.getInfo()->visualName, texts.range(), texts.defaults(),
+                        texts.unit(), texts.present()});
     }
     return layOutTable(rows);
 }

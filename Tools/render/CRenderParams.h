@@ -26,8 +26,9 @@ public:
     [[nodiscard]] CError* parse(double& value, const CAudioParam& param, const CString& name,
                                 const CString& text) const;
 
-    /// All parameters that users and hosts can reach, as a table: name, visual name, range,
-    /// default, unit, present text.
+    /// The names of all parameters that users and hosts can reach.
+    [[nodiscard]] std::vector<CString> getNames() const;
+    /// The same parameters as a table: name, visual name, range, default, unit, present text.
     [[nodiscard]] std::string list() const;
     /// Every parameter that was set, with its present text.
     [[nodiscard]] std::vector<CNamedText> getTextsOfSet() const;

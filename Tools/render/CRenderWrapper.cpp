@@ -1,8 +1,27 @@
 #include "Tools/render/CRenderWrapper.h"
 
 #include "Audio/CAudioParam.h"
+#include "Tools/Support/CSoundRender.h"
 
 namespace tsm {
+
+CError* CRenderWrapper::prepare()
+{
+    constexpr double kSetUpRate = 4000.0;
+    static_assert(kSetUpRate < CSoundRender::kMinRate);
+
+    TSM_TRY(init());
+    setSampleRate(kSetUpRate);
+    afterInit();
+    return nullptr;
+}
+
+void CRenderWrapper::setFormat(double rate, int channelCount, bool isDouble)
+{
+    setSampleRate(rate);
+    setChannelFormat({channelCount, isDouble, false}, {});
+    setOutputFormat({channelCount, isDouble, false});
+}
 
 int CRenderWrapper::addEventParam(CAudioParam& param)
 {

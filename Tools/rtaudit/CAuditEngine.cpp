@@ -1,6 +1,5 @@
 #include "Tools/rtaudit/CAuditEngine.h"
 
-#include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioVizCollector.h"
@@ -128,9 +127,7 @@ void CAuditEngine::selectProgram(int index)
 void CAuditEngine::setFormat(int channels, double rate)
 {
     wrapper->stopProcessing();
-    wrapper->setSampleRate(rate);
-    wrapper->setChannelFormat({channels, true, false}, {});
-    wrapper->setOutputFormat({channels, true, false});
+    wrapper->setFormat(rate, channels);
     wrapper->startProcessing();
 }
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# setup.sh build|check|hosts|quality: installs what is missing of the Debian packages that the build, or
-# also the checks, the trials in real hosts, or the measurements of Docs/quality.md need. Does nothing, and needs neither rights nor network, when all of it is there.
+# setup.sh build|check|hosts|quality: installs what is missing of the Debian packages that the
+# build, or also the checks, the trials in real hosts, or the measurements of Docs/quality.md need.
+# Does nothing, and needs neither rights nor network, when all of it is there.
 set -euo pipefail
 
 # Package, what needs it (the others need the build's as well), reason.
@@ -11,11 +12,11 @@ ninja-build         build  runs it
 pkg-config          build  finds the libraries that have no CMake files
 zlib1g-dev          build  compressed blocks and resources
 liblz4-dev          build  blocks of the LZ4 form
-libpugixml-dev      build  the definition compiler reads XML with it
+libpugixml-dev      build  the compilers of definitions, banks and impulses read XML with it
 libcli11-dev        build  command lines of the tools
 libsndfile1-dev     build  sound files in the tools
-libkissfft-dev      build  spectra in reelpath-analyze
-nlohmann-json3-dev  build  reelpath-analyze reads reports with it
+libkissfft-dev      build  transforms in the tools
+nlohmann-json3-dev  build  JSON in the tools
 libgtest-dev        build  the tests
 libgmock-dev        build  matchers of the tests
 libbenchmark-dev    build  the benchmarks

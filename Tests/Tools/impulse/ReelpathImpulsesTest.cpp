@@ -4,7 +4,7 @@
 #include "Other/CFileSet.h"
 #include "Other/CWaveFile.h"
 #include "Tests/Support/CTestTree.h"
-#include "Tools/defc/CToolFile.h"
+#include "Tools/Support/CToolFile.h"
 #include "Tools/impulse/CImpulseReader.h"
 #include "Tools/impulse/CResponseTable.h"
 #include "Tools/impulse/CTapeResponse.h"

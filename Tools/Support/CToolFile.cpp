@@ -1,4 +1,4 @@
-#include "Tools/defc/CToolFile.h"
+#include "Tools/Support/CToolFile.h"
 
 #include <fstream>
 #include <iterator>

@@ -6,7 +6,8 @@
 
 namespace tsm {
 
-/// Whole files, for the build's tools.
+/// Whole files, for the tools that the build runs: these stand on no library of ours, so that the
+/// build can run them first. The others have CWholeFile.h.
 class CToolFile {
 public:
     /// False, with a text for the user in `error`, when the file cannot be read.
