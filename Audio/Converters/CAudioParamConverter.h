@@ -44,6 +44,8 @@ public:
     static void declareClass(CObjectClassInfo& info);
 
     [[nodiscard]] const CString& getLabel() const noexcept { return label; }
+    /// True when the values between two states mean nothing.
+    [[nodiscard]] bool getIsDiscrete() const noexcept { return isDiscrete; }
 
 protected:
     /// The display number of a real value, and back. Here they are the same.

@@ -69,7 +69,7 @@ CError* CBankFile::read(const std::filesystem::path& path, CBankContent& content
     std::string file;
     std::string error;
     if (!CToolFile::read(path, file, error))
-        TSM_FAIL(error.c_str());
+        TSM_FAIL("%1", CString::fromUtf8(error));
     std::uint32_t id = 0;
     TSM_TRY(findKind(file, content.kind, id));
     CMemoryReader reader(file.data(), static_cast<int>(file.size()));
@@ -90,7 +90,7 @@ CError* CBankFile::write(const std::filesystem::path& path, const CBankContent& 
     const std::string_view bytes(reinterpret_cast<const char*>(file.data()),
                                  static_cast<std::size_t>(file.getSize()));
     if (!CToolFile::write(path, bytes, error))
-        TSM_FAIL(error.c_str());
+        TSM_FAIL("%1", CString::fromUtf8(error));
     return nullptr;
 }
 
