@@ -2,9 +2,6 @@
 
 #include "Audio/CAudioExtParam.h"
 #include "Core/CMemoryReader.h"
-#include "Core/CPtr.h"
-
-#include <utility>
 
 namespace tsm {
 namespace {

@@ -64,15 +64,15 @@ bool CAudioExtParam::isNumber() const
     return info && info->shape.dataType == EAudioParamType::Number;
 }
 
-double CAudioExtParam::toNormalised(double real) const
+double CAudioExtParam::toNormalized(double real) const
 {
     const CAudioParamInfo& info = *param->getInfo();
     return intoRange(info.getConverter(0).realToNorm(info, 0, real));
 }
 
-double CAudioExtParam::defaultNormalised() const
+double CAudioExtParam::defaultNormalized() const
 {
-    return isNumber() ? toNormalised(param->getInfo()->defaults.value(group, element)) : 0.0;
+    return isNumber() ? toNormalized(param->getInfo()->defaults.value(group, element)) : 0.0;
 }
 
 // From the parameter to the host
@@ -100,7 +100,7 @@ bool CAudioExtParam::concerns(const CAudioParamChange& change) const
 // The lock is held.
 double CAudioExtParam::readModel() const
 {
-    return isNumber() ? toNormalised(param->getValues().value(group, element)) : 0.0;
+    return isNumber() ? toNormalized(param->getValues().value(group, element)) : 0.0;
 }
 
 // The lock is held.
@@ -139,7 +139,7 @@ bool CAudioExtParam::setNormalized(double value)
 
 // Texts
 
-CString CAudioExtParam::valueText(double normalisedValue) const
+CString CAudioExtParam::valueText(double normalizedValue) const
 {
     CString text;
     const CAudioParamLock hold(*param);
@@ -147,7 +147,7 @@ CString CAudioExtParam::valueText(double normalisedValue) const
         return text;
     const CAudioParamInfo& info = *param->getInfo();
     const CAudioParamConverter& converter = info.getConverter(0);
-    converter.format(text, info, 0, converter.normToReal(info, 0, intoRange(normalisedValue)),
+    converter.format(text, info, 0, converter.normToReal(info, 0, intoRange(normalizedValue)),
                      EAudioParamFormat::Normal);
     return text;
 }
@@ -160,7 +160,7 @@ bool CAudioExtParam::parseText(const CString& text, double& value) const
     bool isRead = false;
     const double real = info.getConverter(0).parse(info, 0, text, isRead);
     if (isRead)
-        value = toNormalised(real);
+        value = toNormalized(real);
     return isRead;
 }
 

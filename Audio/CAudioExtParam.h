@@ -36,17 +36,17 @@ public:
     void setHostBridge(CAudioExtParamHostBridge* bridge, std::int32_t hostIndex);
 
     /// The value that host and engine agree on. [any] No lock.
-    [[nodiscard]] double normalised() const noexcept { return lastValue.load(); }
+    [[nodiscard]] double normalized() const noexcept { return lastValue.load(); }
     /// The definition's value; 0 while the parameter has no description. [any]
-    [[nodiscard]] double defaultNormalised() const;
+    [[nodiscard]] double defaultNormalized() const;
     /// The host's write, 0 to 1; what is outside is brought inside. False, and nothing happens, for
     /// what is no finite number. [any] On the audio thread: takes the parameter's locks, the
     /// environment's and the notification lock, and allocates from the block allocator only.
     bool setNormalized(double value);
 
-    /// The text of a normalised value, brought inside 0 to 1; empty while the parameter has no
+    /// The text of a normalized value, brought inside 0 to 1; empty while the parameter has no
     /// description. [any]
-    [[nodiscard]] CString valueText(double normalisedValue) const;
+    [[nodiscard]] CString valueText(double normalizedValue) const;
     /// Reads a text as the user would type it. False for what is none, and `value` is left alone.
     /// [any]
     [[nodiscard]] bool parseText(const CString& text, double& value) const;
@@ -57,7 +57,7 @@ public:
 private:
     [[nodiscard]] bool isNumber() const;
     [[nodiscard]] bool concerns(const CAudioParamChange& change) const;
-    [[nodiscard]] double toNormalised(double real) const;
+    [[nodiscard]] double toNormalized(double real) const;
     [[nodiscard]] double readModel() const;
     void update();
 

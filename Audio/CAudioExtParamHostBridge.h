@@ -12,7 +12,7 @@ class CAudioExtParamHostBridge : public CCheckedObject {
 public:
     virtual ~CAudioExtParamHostBridge() = default;
 
-    /// Tells the host a parameter's new normalised value. [any] With no lock of ours held.
+    /// Tells the host a parameter's new normalized value. [any] With no lock of ours held.
     virtual void performEdit(std::int32_t index, double value) = 0;
     /// The current program, or its name, is another one. [control]
     virtual void onProgramChange() = 0;

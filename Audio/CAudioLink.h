@@ -39,8 +39,6 @@ public:
     void leadTo(CAudioLink& next) noexcept { end = next.end ? next.end : &next; }
     /// Ends that, as if all blocks had come by.
     void endHere() noexcept;
-    /// Takes the block out; empty when none has come.
-    [[nodiscard]] CAudioBlockRef take(int index) noexcept { return std::move(lanes[index].block); }
     /// Takes the block out behind its delay, `length` samples; empty when none has come. With
     /// `isFilledByInput` a delay starts filled with its first sample.
     [[nodiscard]] CAudioBlockRef takeInTime(int index, CAudioBlockPool& pool, int length,

@@ -45,8 +45,8 @@ struct CAudioModuleOutput : CAudioChannelFormat {
 ///
 /// A module class M also has
 /// `static void processModules(CAudioModule* const* modules, int count)`: all modules of the
-/// process, all of class M, in one call, so that channels may share work. It fills each module's
-/// outputs.
+/// process, all of class M, in one call, so that channels may share work; or else a plain
+/// `processBlock()`. It fills each module's outputs.
 class CAudioModule : public CCheckedObject, public CTsmMemAllocator {
 public:
     CAudioModule() = default;

@@ -4,7 +4,6 @@
 #include "Audio/CSharedParam.h"
 
 #include <cassert>
-#include <utility>
 
 namespace tsm {
 
@@ -175,9 +174,9 @@ void CAudioParamCollector::notifyChange(const void* source, CAudioParam& param,
 }
 
 void CAudioParamCollector::addHostUpdate(CAudioExtParamHostBridge& bridge, std::int32_t index,
-                                         double normalised)
+                                         double normalized)
 {
-    updates.addForHost(CPtr<CPendingHostUpdate>(new CPendingHostUpdate(bridge, index, normalised)));
+    updates.addForHost(CPtr<CPendingHostUpdate>(new CPendingHostUpdate(bridge, index, normalized)));
 }
 
 } // namespace tsm

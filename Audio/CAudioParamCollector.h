@@ -78,7 +78,7 @@ public:
     [[nodiscard]] CParamUpdateQueue& getUpdates() noexcept { return updates; }
     /// Has the host told of a value, on this thread, when the thread's holds are gone. `bridge`
     /// lives until then. [any]
-    void addHostUpdate(CAudioExtParamHostBridge& bridge, std::int32_t index, double normalised);
+    void addHostUpdate(CAudioExtParamHostBridge& bridge, std::int32_t index, double normalized);
 
 private:
     struct CRegistryEntry {

@@ -3,8 +3,6 @@
 #include "Audio/Converters/CAudioParamConverter.h"
 #include "Core/CText.h"
 
-#include <utility>
-
 namespace tsm {
 
 namespace {

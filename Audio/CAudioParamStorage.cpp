@@ -2,7 +2,6 @@
 
 #include "Core/CText.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tsm {

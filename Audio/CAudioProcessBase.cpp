@@ -178,6 +178,16 @@ void CAudioProcessBase::publish(const CAudioFormat& format, int sourcePort)
             link->publish(format);
 }
 
+void CAudioProcessBase::publishChannels(double rate, int latency)
+{
+    const CAudioPort& port = getPort(0);
+    CAudioFormat format;
+    format.sampleRate = rate;
+    for (int i = 0; i < port.getChannelCount(); ++i)
+        format.add({port.getChannel(i).channel, port.getChannel(i).group, latency});
+    publish(format);
+}
+
 void CAudioProcessBase::sendToAll(int index, CAudioBlockRef block, int length, int sourcePort)
 {
     for (CAudioLink* link : outLinks)

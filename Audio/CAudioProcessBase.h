@@ -116,6 +116,9 @@ protected:
 
     /// Publishes the output format on all links of an output port.
     void publish(const CAudioFormat& format, int sourcePort = 0);
+    /// The same for the channels of input port 0, at that rate in Hz and with that latency in
+    /// samples of it.
+    void publishChannels(double rate, int latency);
     /// Hands a block on to all links of an output port; `index` counts in the published format.
     void send(int index, CAudioBlockRef block, int length, int sourcePort = 0)
     {
@@ -150,7 +153,7 @@ private:
     int blockLength = 0;
     int pendingInputChanges = 1;
     EInputCombo inputCombo = EInputCombo::Sum;
-    bool isFilledByInput = false; // see CAudioPort::pull
+    bool isFilledByInput = false; // see CAudioPort::take
     bool paramsChanged = false;
 
     bool inputsChanged = false;

@@ -1,7 +1,5 @@
 #include "Audio/CAudioProcessBypassStateDef.h"
 
-#include "Core/CText.h"
-
 #include <cmath>
 
 namespace tsm {

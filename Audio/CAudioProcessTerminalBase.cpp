@@ -187,34 +187,35 @@ void CAudioProcessTerminalBase::retire(CPtr<CAudioModule>& module)
     freeModules.add(module.release());
 }
 
+void CAudioProcessTerminalBase::flagParams(CAudioModule& module, bool isChanged)
+{
+    for (CAudioModuleParam* param : module.params)
+        if (param)
+            param->changed = isChanged;
+    module.anyParamDirty = isChanged;
+}
+
 void CAudioProcessTerminalBase::runUpdate(CAudioModule& module)
 {
-    const auto setFlags = [&](bool isChanged) {
-        for (CAudioModuleParam* param : module.params)
-            if (param)
-                param->changed = isChanged;
-        module.anyParamDirty = isChanged;
-    };
-    setFlags(true);
+    flagParams(module, true);
     module.update();
-    setFlags(false);
+    flagParams(module, false);
 }
 
 // Parameters
 
 /// Flags the module's parameter if the slot's change concerns it.
-bool CAudioProcessTerminalBase::markDirty(CAudioModule& module, const CSlot& slot) const
+void CAudioProcessTerminalBase::markDirty(CAudioModule& module, const CSlot& slot)
 {
     const bool isSingleGroup = slot.param->getProcessValues().getShape().isSingleGroup;
     const int group = isSingleGroup ? 0 : module.groupIndex;
     assert(group >= 0 && group < kMaxParamGroups);
     const bool isConcerned = slot.useAllGroups || (slot.dirtyGroups >> group & 1u);
     if (!isConcerned)
-        return false;
+        return;
     if (slot.index < module.params.getCount() && module.params[slot.index])
         module.params[slot.index]->changed = true;
     module.anyParamDirty = true;
-    return true;
 }
 
 void CAudioProcessTerminalBase::updateParams()
@@ -225,7 +226,7 @@ void CAudioProcessTerminalBase::updateParams()
             continue;
         isSmooth |= slot.isSmooth;
         for (CRecord& record : records)
-            (void)markDirty(*record.current, slot);
+            markDirty(*record.current, slot);
     }
     bool isRepublished = false;
     for (CRecord& record : records) {
@@ -236,10 +237,7 @@ void CAudioProcessTerminalBase::updateParams()
         else
             record.current->update();
         isRepublished = true;
-        for (CAudioModuleParam* param : record.current->params)
-            if (param)
-                param->changed = false;
-        record.current->anyParamDirty = false;
+        flagParams(*record.current, false);
     }
     finishFades();
     if (isRepublished)
@@ -265,10 +263,7 @@ bool CAudioProcessTerminalBase::startSwitch(CRecord& record)
     record.current = takeModule();
     CAudioModule& former = *record.previous;
     CAudioModule& module = *record.current;
-    for (CAudioModuleParam* param : former.params)
-        if (param)
-            param->changed = false;
-    former.anyParamDirty = false;
+    flagParams(former, false);
 
     module.channelIndex = former.channelIndex;
     module.groupIndex = former.groupIndex;

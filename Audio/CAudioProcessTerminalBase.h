@@ -65,8 +65,9 @@ private:
     [[nodiscard]] CPtr<CAudioModule> takeModule();
     void retire(CPtr<CAudioModule>& module);
     void setUpModule(CAudioModule& module) const;
+    static void flagParams(CAudioModule& module, bool isChanged);
     static void runUpdate(CAudioModule& module);
-    [[nodiscard]] bool markDirty(CAudioModule& module, const CSlot& slot) const;
+    static void markDirty(CAudioModule& module, const CSlot& slot);
     void changeModule(CRecord& record);
     [[nodiscard]] bool startSwitch(CRecord& record);
     void startFade(CRecord& record) const;

@@ -12,6 +12,7 @@
 #include "Audio/CParamListener.h"
 #include "Audio/CParamLists.h"
 #include "Audio/CPresetDataIds.h"
+#include "Audio/CRegistryListener.h"
 #include "Core/CApplication.h"
 #include "Core/CLog.h"
 #include "Core/CMemoryReader.h"
@@ -88,17 +89,17 @@ private:
 };
 
 /// Hears of another current program, or another name of it.
-class CAudioWrapper::CProgramChangeListener : public CUpdateListener {
+class CAudioWrapper::CHostProgramListener : public CProgramChangeListener {
 public:
-    explicit CProgramChangeListener(CAudioWrapper& wrapper) : owner(wrapper)
+    explicit CHostProgramListener(CAudioWrapper& wrapper) : owner(wrapper)
     {
-        attach(owner.paramRegistry, CAudioParamRegistry::kProgramChange);
+        listen(*owner.paramRegistry);
     }
-    ~CProgramChangeListener() override { attach(nullptr); }
-    void onUpdate(const CUpdateMessage& message) override
+    ~CHostProgramListener() override { attach(nullptr); }
+    void onProgramChange(const void* sender) override
     {
         // The host knows of the programs that it chose itself.
-        if (message.sender != &owner && owner.isReady)
+        if (sender != &owner && owner.isReady)
             owner.onProgramChange();
     }
 
@@ -194,7 +195,7 @@ void CAudioWrapper::bindHost()
 void CAudioWrapper::afterInit()
 {
     interfaceBase->setDataProvider(this);
-    programListener.reset(new CProgramChangeListener(*this));
+    programListener.reset(new CHostProgramListener(*this));
     paramRegistry->applyInitial();
     settle();
     isReady = true;

@@ -159,7 +159,7 @@ protected:
     [[nodiscard]] bool getIsReady() const noexcept { return isReady; }
 
 private:
-    class CProgramChangeListener;
+    class CHostProgramListener;
     class CWinSizeParamListener;
     using CExtParamIndices = CMap<std::int32_t, std::int32_t>; // (element << 8 | group) to index
 
@@ -217,7 +217,7 @@ private:
     std::atomic<bool> isLatencyChanged = false;
     CEditorSize editorSize;
     CPtr<CWinSizeParamListener> windowSizeListener;
-    CPtr<CProgramChangeListener> programListener;
+    CPtr<CHostProgramListener> programListener;
     CCriticalSection routingLock{4000};
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Audio/CAudioBlockPool.h"
-#include "Core/CArray.h"
 #include "Core/COwnedArray.h"
 
 namespace tsm {

@@ -19,10 +19,9 @@ class CParamListener : public CUpdateListener {
 public:
     /// A change was made. `source` is what the one who made it named as itself, so that a listener
     /// can skip its own. Changes arrive in the order in which they were made, on the thread of a
-    /// change (CParamUpdateQueue), never the engine's, with no lock of a parameter held:
-    /// parameters may be set here. By then the
-    /// transaction is over, and later changes may have been made: values are read anew, or taken
-    /// from `change`.
+    /// change (CParamUpdateQueue), never the engine's, with no lock of a parameter held: parameters
+    /// may be set here. By then the transaction is over, and later changes may have been made:
+    /// values are read anew, or taken from `change`.
     virtual void onParamChanged(const void* source, CAudioParam& param,
                                 const CAudioParamChange& change) = 0;
 

@@ -10,8 +10,8 @@ class CPendingHostUpdate : public CCheckedObject, public CTsmMemAllocator {
 public:
     /// `target` outlives the update.
     CPendingHostUpdate(CAudioExtParamHostBridge& target, std::int32_t paramIndex,
-                       double normalised) noexcept
-        : bridge(target), index(paramIndex), value(normalised)
+                       double normalized) noexcept
+        : bridge(target), index(paramIndex), value(normalized)
     {
     }
     CPendingHostUpdate(const CPendingHostUpdate&) = delete;

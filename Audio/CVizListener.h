@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/CError.h"
+#include "Core/CCheckedObject.h"
 
 namespace tsm {
 

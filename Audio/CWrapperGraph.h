@@ -54,7 +54,7 @@ private:
     CAudioProcessContext context;
     CPtr<CAudioProcessBase> mainProcess;
     CPtr<CAudioProcessBase> outputProcess;
-    CAudioGraphSteps steps; // of the main process
+    CAudioGraphSteps steps;             // of the main process
     CModOutput* outputModule = nullptr; // the output process
     CAudioLink* inputLink = nullptr;    // into port 0 of the main process, which owns it
 };

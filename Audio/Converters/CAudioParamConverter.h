@@ -17,10 +17,10 @@ enum class EAudioParamFormat : std::int32_t {
 };
 
 /// Maps between the three forms of a value: real (what the signal code uses), display (what the
-/// user reads) and normalised (0 to 1, for controls and hosts). One object serves many parameters:
+/// user reads) and normalized (0 to 1, for controls and hosts). One object serves many parameters:
 /// their limits come with each call, `e` being the index of the number inside an element.
 ///
-/// This class maps plainly: the normalised form is linear in the real one. [any] Constant after the
+/// This class maps plainly: the normalized form is linear in the real one. [any] Constant after the
 /// tree has been loaded.
 class CAudioParamConverter : public CObject {
 public:

@@ -13,7 +13,6 @@ public:
     [[nodiscard]] CError* init() override;
     static void declareClass(CObjectClassInfo& info);
 
-
 protected:
     /// Takes a whole number, or a state's name as one of the formats shows it.
     [[nodiscard]] bool readDisplay(const CAudioParamInfo& info, int e, const CString& text,

@@ -4,7 +4,7 @@
 
 namespace tsm {
 
-/// Logarithmic mapping between positive limits. With a positive `scaleThreshold` that normalised
+/// Logarithmic mapping between positive limits. With a positive `scaleThreshold` that normalized
 /// point is the real value 1, and each side of it is logarithmic by itself; `scalePower` bends the
 /// whole line, or the side below.
 class CAudioParamConverterLog : public CAudioParamConverter {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Core/CPtr.h"
-#include "rsk/CAlignedArray.h"
 #include "rsk/CDSPFIRConvolver.h"
 
 namespace tsm {

@@ -122,20 +122,8 @@ bool CModBankedConvolver::takeFormat()
         latency = roundToInt(rate * definitionOf(*this).getLatencySeconds());
         delays.clear();
     }
-    publishLatency();
+    publishChannels(rate, getInputLatency() + latency);
     return isOther;
-}
-
-void CModBankedConvolver::publishLatency()
-{
-    const CAudioPort& port = getPort(0);
-    CAudioFormat format;
-    format.sampleRate = rate;
-    for (int i = 0; i < port.getChannelCount(); ++i) {
-        const CAudioChannel& channel = port.getChannel(i);
-        format.add({channel.channel, channel.group, getInputLatency() + latency});
-    }
-    publish(format);
 }
 
 /// Tells whether another impulse is wanted than the last one.

@@ -49,7 +49,6 @@ private:
     void endFilters();
     void fitDelays();
     void setStatus(const CString& text);
-    void publishLatency();
     void processChannel(int index, const double* in, double* out, int count);
 
     const CFileSetObject* fileSet = nullptr; // borrowed from the shared tree

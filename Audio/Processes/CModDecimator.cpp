@@ -29,16 +29,9 @@ void CModDecimator::update()
 {
     if (!getInputsChanged())
         return;
-    const CAudioPort& port = getPort(0);
     const bool isOdd = getInputLatency() % 2 != 0;
-    makeDelays(isOdd, port.getChannelCount());
-    CAudioFormat format;
-    format.sampleRate = 0.5 * getSampleRate();
-    for (int i = 0; i < port.getChannelCount(); ++i) {
-        const CAudioChannel& channel = port.getChannel(i);
-        format.add({channel.channel, channel.group, (getInputLatency() + (isOdd ? 1 : 0)) / 2});
-    }
-    publish(format);
+    makeDelays(isOdd, getPort(0).getChannelCount());
+    publishChannels(0.5 * getSampleRate(), (getInputLatency() + (isOdd ? 1 : 0)) / 2);
 }
 
 void CModDecimator::makeDelays(bool isOdd, int channelCount)

@@ -18,16 +18,8 @@ void interpolate(const double* __restrict in, double* __restrict out, int count)
 
 void CModInterpolator::update()
 {
-    if (!getInputsChanged())
-        return;
-    const CAudioPort& port = getPort(0);
-    CAudioFormat format;
-    format.sampleRate = 2.0 * getSampleRate();
-    for (int i = 0; i < port.getChannelCount(); ++i) {
-        const CAudioChannel& channel = port.getChannel(i);
-        format.add({channel.channel, channel.group, 2 * getInputLatency()});
-    }
-    publish(format);
+    if (getInputsChanged())
+        publishChannels(2.0 * getSampleRate(), 2 * getInputLatency());
 }
 
 void CModInterpolator::process()

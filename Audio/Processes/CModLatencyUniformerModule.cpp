@@ -6,6 +6,7 @@
 #include "Core/CLog.h"
 
 #include <cmath>
+#include <cstdio>
 
 namespace tsm {
 

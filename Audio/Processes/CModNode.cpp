@@ -4,16 +4,8 @@ namespace tsm {
 
 void CModNode::update()
 {
-    if (!getInputsChanged())
-        return;
-    const CAudioPort& port = getPort(0);
-    CAudioFormat format;
-    format.sampleRate = getSampleRate();
-    for (int i = 0; i < port.getChannelCount(); ++i) {
-        const CAudioChannel& channel = port.getChannel(i);
-        format.add({channel.channel, channel.group, getInputLatency()});
-    }
-    publish(format);
+    if (getInputsChanged())
+        publishChannels(getSampleRate(), getInputLatency());
 }
 
 void CModNode::process()

@@ -11,7 +11,6 @@
 #include "Audio/VST/CProductModule.h"
 #include "Audio/VST/CSpeakerTable.h"
 #include "Audio/VST/StringVST.h"
-#include "Core/CSystem.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,14 +21,11 @@ using tsm::errorContext;
 
 namespace {
 
-constexpr SpeakerArrangement kStereo = 3;
-constexpr int kMaxHostChannels = 16;
-
 /// How a host's bus lies in memory.
 tsm::CHostLayout layoutOf(const AudioBusBuffers& bus, bool isDouble)
 {
     // More channels than the engine takes at all are left alone.
-    return {std::clamp<int>(bus.numChannels, 0, kMaxHostChannels), isDouble, false};
+    return {std::clamp<int>(bus.numChannels, 0, tsm::kMaxPortChannels), isDouble, false};
 }
 
 const void* const* inputsOf(const AudioBusBuffers& bus)
@@ -129,7 +125,8 @@ tresult CAudioWrapperVST3::terminate()
 
 void CAudioWrapperVST3::addBuses()
 {
-    rebuildAudioBuses({kStereo, kStereo, getSwitches().useSidechain ? kStereo : 0});
+    rebuildAudioBuses({SpeakerArr::kStereo, SpeakerArr::kStereo,
+                       getSwitches().useSidechain ? SpeakerArr::kStereo : 0});
     addEventInput(u"MIDI In", 1);
 }
 
@@ -301,7 +298,7 @@ void CAudioWrapperVST3::takeFormat(const ProcessData& data)
     setSidechainBuffers(nullptr);
     if (getSwitches().useSidechain && data.numInputs > 1 && data.inputs[1].numChannels > 0) {
         const AudioBusBuffers& bus = data.inputs[1];
-        const int channelCount = std::min<int>(bus.numChannels, kMaxHostChannels);
+        const int channelCount = std::min<int>(bus.numChannels, tsm::kMaxPortChannels);
         const std::uint64_t all = (std::uint64_t(1) << channelCount) - 1;
         if ((bus.silenceFlags & all) != all) {
             sidechain.channelCount = channelCount;

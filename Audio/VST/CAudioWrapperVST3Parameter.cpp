@@ -19,7 +19,7 @@ ParameterInfo describe(const tsm::CAudioExtParam& param, int index)
     writeText(param.getExtName(), info.title);
     if (const tsm::CAudioParamInfo* known = param.getParam().getInfo())
         writeText(known->getConverter(0).getLabel(), info.units);
-    info.defaultNormalizedValue = param.defaultNormalised();
+    info.defaultNormalizedValue = param.defaultNormalized();
     info.unitId = kRootUnitId;
     info.flags = ParameterInfo::kCanAutomate;
     if (param.getExtName() == kBypassTitle) {
@@ -34,7 +34,7 @@ ParameterInfo describe(const tsm::CAudioExtParam& param, int index)
 CAudioWrapperVST3Parameter::CAudioWrapperVST3Parameter(tsm::CAudioExtParam& param, int index)
     : Parameter(describe(param, index)), extParam(param)
 {
-    follow(param.normalised());
+    follow(param.normalized());
 }
 
 void CAudioWrapperVST3Parameter::toString(ParamValue value, String128 out) const

@@ -26,7 +26,7 @@ public:
     /// Programs are chosen by number: never.
     bool fromString(const Steinberg::Vst::TChar* text,
                     Steinberg::Vst::ParamValue& value) const override;
-    /// Between a normalised value and an index; 0 where there is one program only.
+    /// Between a normalized value and an index; 0 where there is one program only.
     [[nodiscard]] Steinberg::Vst::ParamValue
     toPlain(Steinberg::Vst::ParamValue normalized) const override;
     [[nodiscard]] Steinberg::Vst::ParamValue

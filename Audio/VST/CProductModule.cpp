@@ -76,7 +76,7 @@ bool CProductModule::describe(const tsm::CObject& project, PFactoryInfo& factory
         return false;
     std::memcpy(plugin.cid, classId, sizeof classId);
     plugin.cardinality = PClassInfo::kManyInstances;
-    copyText(std::string_view("Audio Module Class"), plugin.category);
+    copyText(std::string_view(kVstAudioEffectClass), plugin.category);
     copyAttribute(project, "app-name", plugin.name);
     copyAttribute(project, "plugin-category-vst3", plugin.subCategories);
     copyAttribute(project, "app-version", plugin.version);

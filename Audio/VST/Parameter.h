@@ -6,7 +6,7 @@
 
 namespace Steinberg::Vst {
 
-/// One parameter of a controller: its description and its normalised value.
+/// One parameter of a controller: its description and its normalized value.
 ///
 /// The value may be read and set on any thread; the description stays as constructed.
 class Parameter {
@@ -26,7 +26,7 @@ public:
     /// true. What is not a number is no value and changes nothing.
     virtual bool setNormalized(ParamValue value);
 
-    /// Writes the text of a normalised value, at most 127 units: "On" and "Off" of a switch, else
+    /// Writes the text of a normalized value, at most 127 units: "On" and "Off" of a switch, else
     /// the number with 4 decimals.
     virtual void toString(ParamValue value, String128 string) const;
     /// Reads a number with a decimal point; false, with `value` untouched, when there is none.

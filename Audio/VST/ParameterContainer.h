@@ -2,7 +2,6 @@
 
 #include "Audio/VST/Parameter.h"
 
-#include <cstddef>
 #include <memory>
 #include <unordered_map>
 #include <vector>

@@ -100,7 +100,7 @@ void readForTheHost(benchmark::State& state)
 {
     const CBenchInstance instance;
     for (auto _ : state)
-        benchmark::DoNotOptimize(instance.extParam->normalised());
+        benchmark::DoNotOptimize(instance.extParam->normalized());
 }
 BENCHMARK(readForTheHost);
 

@@ -92,7 +92,7 @@ TEST_F(AHostParameter, TellsChangesOfItsValueAlone)
 {
     CAudioParam& gain = param("gain", {{"def-values", "10,20,30"}});
     CAudioExtParam& seen = hostParam("gain", {{"group", "1"}, {"element-index", "2"}});
-    EXPECT_EQ(seen.normalised(), 0.3);
+    EXPECT_EQ(seen.normalized(), 0.3);
     gain.setValue(0, 2, 50.0);
     gain.setValue(1, 1, 50.0);
     gain.setValue(1, 3, 50.0);
@@ -105,18 +105,18 @@ TEST_F(AHostParameter, TellsChangesOfItsValueAlone)
     EXPECT_THAT(host.takeEdits(), ElementsAre(CEdit{0, 0.3}));
     gain.setValue(kAllParamGroups, 2, 70.0);
     EXPECT_THAT(host.takeEdits(), ElementsAre(CEdit{0, 0.7}));
-    EXPECT_EQ(seen.normalised(), 0.7);
+    EXPECT_EQ(seen.normalized(), 0.7);
 }
 
 TEST_F(AHostParameter, FollowsAParameterThatIsDescribedLater)
 {
     CAudioExtParam& seen = hostParam("mode");
-    EXPECT_EQ(seen.normalised(), 0.0);
+    EXPECT_EQ(seen.normalized(), 0.0);
     EXPECT_EQ(seen.valueText(0.5), "");
     EXPECT_TRUE(seen.setNormalized(0.75)); // ignored by what has no values yet
     enumParam("mode");
-    EXPECT_EQ(seen.normalised(), 0.5);
-    EXPECT_EQ(seen.defaultNormalised(), 0.5);
+    EXPECT_EQ(seen.normalized(), 0.5);
+    EXPECT_EQ(seen.defaultNormalized(), 0.5);
 }
 
 TEST_F(AHostParameter, TakesTheHostsValuesWithoutAnEcho)
@@ -125,7 +125,7 @@ TEST_F(AHostParameter, TakesTheHostsValuesWithoutAnEcho)
     CAudioExtParam& seen = hostParam("gain");
     EXPECT_TRUE(seen.setNormalized(0.5));
     EXPECT_EQ(gain.value(0, 0), 50.0);
-    EXPECT_EQ(seen.normalised(), 0.5);
+    EXPECT_EQ(seen.normalized(), 0.5);
     EXPECT_THAT(host.takeEdits(), IsEmpty());
     gain.setValue(0, 0, 0.0); // back: news to the host
     EXPECT_THAT(host.takeEdits(), ElementsAre(CEdit{0, 0.0}));
@@ -134,7 +134,7 @@ TEST_F(AHostParameter, TakesTheHostsValuesWithoutAnEcho)
         EXPECT_FALSE(seen.setNormalized(bad));
     EXPECT_EQ(gain.value(0, 0), 0.0);
     seen.setNormalized(1.5);
-    EXPECT_EQ(seen.normalised(), 1.0);
+    EXPECT_EQ(seen.normalized(), 1.0);
     seen.setNormalized(-0.5);
     EXPECT_EQ(gain.value(0, 0), 0.0);
     const auto changes = collector->getChangeCount();
@@ -148,7 +148,7 @@ TEST_F(AHostParameter, KeepsTheHostsValueBetweenTwoStates)
     CAudioExtParam& seen = hostParam("mode");
     seen.setNormalized(0.3);
     EXPECT_EQ(mode.value(0, 0), 1.0);
-    EXPECT_EQ(seen.normalised(), 0.3);
+    EXPECT_EQ(seen.normalized(), 0.3);
     mode.setValue(0, 0, 1.0); // the value that it has
     EXPECT_THAT(host.takeEdits(), IsEmpty());
     mode.setValue(0, 0, 3.0);
@@ -176,7 +176,7 @@ TEST_F(AHostParameter, TellsTheChangesOfATransactionInOrder)
         first.setNormalized(0.9);
     }
     EXPECT_THAT(host.takeEdits(), IsEmpty());
-    EXPECT_EQ(first.normalised(), 0.9);
+    EXPECT_EQ(first.normalized(), 0.9);
 }
 
 TEST_F(AHostParameter, SpeaksTheParametersTexts)
@@ -238,13 +238,13 @@ TEST_F(HostParameterThreads, EndWithTheValueOfTheParameter)
                 gain.setValue(0, 0, 50.0 + i % 40);
         });
         for (int i = 0; i < 300; ++i)
-            EXPECT_LE(seen.normalised(), 1.0);
+            EXPECT_LE(seen.normalized(), 1.0);
         audio.join();
         control.join();
-        EXPECT_NEAR(seen.normalised(), gain.value(0, 0) / 100.0, 1e-15);
+        EXPECT_NEAR(seen.normalized(), gain.value(0, 0) / 100.0, 1e-15);
         // A value of ours, from 0.5 on, is there only if the host was told of it as the last.
-        if (seen.normalised() >= 0.5) {
-            EXPECT_EQ(lastEdit.last.load(), seen.normalised());
+        if (seen.normalized() >= 0.5) {
+            EXPECT_EQ(lastEdit.last.load(), seen.normalized());
         }
     }
 }

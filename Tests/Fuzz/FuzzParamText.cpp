@@ -72,9 +72,9 @@ void fuzzOne(const std::uint8_t* data, std::size_t size)
     checkDefaults(info, text);
 
     const CAudioExtParamList& hostParams = instance.wrapper.getExtParamList();
-    double normalised = 0.5;
-    if (hostParams[which % hostParams.getCount()].parseText(text, normalised))
-        promise(normalised >= 0.0 && normalised <= 1.0, "the host's value is between 0 and 1");
+    double normalized = 0.5;
+    if (hostParams[which % hostParams.getCount()].parseText(text, normalized))
+        promise(normalized >= 0.0 && normalized <= 1.0, "the host's value is between 0 and 1");
     CParamStateNames names;
     names.parse(text);
 }

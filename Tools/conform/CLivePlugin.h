@@ -8,7 +8,7 @@
 
 namespace tsm {
 
-/// A value for one parameter, normalised.
+/// A value for one parameter, normalized.
 struct CParamValue {
     Steinberg::Vst::ParamID id = 0;
     double value = 0.0;

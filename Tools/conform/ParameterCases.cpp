@@ -179,7 +179,7 @@ CError* checkPlain(CPlugin& plugin, CFindings& findings)
             const double plain = controller.normalizedParamToPlain(param.id, value);
             const double back = controller.plainParamToNormalized(param.id, plain);
             findings.expect(std::isfinite(plain) && isKept(param, value, back),
-                            nameOf(param) + ", normalised to plain to normalised",
+                            nameOf(param) + ", normalized to plain to normalized",
                             numberText(value), numberText(back) + " by " + numberText(plain));
             findings.expect(i == 0 || (plain - former) * direction >= 0.0,
                             nameOf(param) + ", plain values", "all in one direction",
@@ -381,7 +381,7 @@ constexpr CConformCase kCases[] = {
     {"parameters.info", "descriptions, ids, flags, defaults; indices out of range", checkInfos},
     {"parameters.values", "values set and read; out of range, not a number; unknown ids",
      checkValues},
-    {"parameters.plain", "normalised to plain and back over the whole range", checkPlain},
+    {"parameters.plain", "normalized to plain and back over the whole range", checkPlain},
     {"parameters.texts", "values to texts and back over the whole range", checkTexts},
     {"parameters.odd-texts", "texts that are no values, values that are no values", checkOddTexts},
     {"parameters.steps", "each step has a text", checkSteps},

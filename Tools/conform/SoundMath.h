@@ -29,7 +29,7 @@ struct CSoundGap {
 /// The first frame at which they differ by more than `size`; their length when there is none.
 [[nodiscard]] std::size_t findFirstGap(const CChannels& a, const CChannels& b, double size);
 
-/// How late `out` is behind `in`: the lag of the largest magnitude of their normalised
+/// How late `out` is behind `in`: the lag of the largest magnitude of their normalized
 /// cross-correlation, over lags of 0 to `maxLag`.
 struct CLag {
     int samples = 0;

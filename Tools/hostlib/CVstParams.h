@@ -14,7 +14,7 @@ struct CVstParam {
     CString units;
     Steinberg::int32 stepCount = 0;
     Steinberg::int32 flags = 0;
-    double defaultValue = 0.0; // normalised, as all values here
+    double defaultValue = 0.0; // normalized, as all values here
 
     [[nodiscard]] bool has(Steinberg::Vst::ParameterInfo::ParameterFlags flag) const
     {

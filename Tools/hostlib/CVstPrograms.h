@@ -17,7 +17,7 @@ public:
     [[nodiscard]] CError* find(const CString& name, int& index) const;
     /// Error: no program of this index, counted from 0.
     [[nodiscard]] CError* check(int index) const;
-    /// The parameter's normalised value that stands for the program.
+    /// The parameter's normalized value that stands for the program.
     [[nodiscard]] double valueOf(int index) const;
 
 private:

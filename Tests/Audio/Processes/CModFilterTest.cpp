@@ -133,7 +133,7 @@ TEST_F(AFilterStage, OfTapsIsFlatFromAConstantsFirstSample)
 {
     startFilter(CString(kSteepUp) + ".flt2");
     const CSamples out = run(CSamples(2000, 0.7));
-    // The taps' sum isn't normalised: it misses 1.0 by the stop band's depth.
+    // The taps' sum isn't normalized: it misses 1.0 by the stop band's depth.
     for (const double sample : out)
         ASSERT_NEAR(sample, 0.7, 1e-7);
 }

@@ -38,7 +38,7 @@ protected:
     std::uint32_t listener = 0;
 };
 
-TEST_F(AHostWithAClient, SeesOneGestureWithNormalisedValues)
+TEST_F(AHostWithAClient, SeesOneGestureWithNormalizedValues)
 {
     const CAudioParam& param =
         *instance->getParamCollector().find("plugin.modMain.modReelpath.recgain");
