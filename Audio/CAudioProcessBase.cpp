@@ -188,7 +188,8 @@ void CAudioProcessBase::publishChannels(double rate, int latency)
     publish(format);
 }
 
-void CAudioProcessBase::sendToAll(int index, CAudioBlockRef block, int length, int sourcePort)
+void CAudioProcessBase::sendToAll(int index, const CAudioBlockRef& block, int length,
+                                  int sourcePort)
 {
     for (CAudioLink* link : outLinks)
         if (link->getSourcePort() == sourcePort)

@@ -126,7 +126,7 @@ protected:
         if (CAudioLink* const link = findSoleOutLink(sourcePort))
             link->put(index, std::move(block), length);
         else
-            sendToAll(index, std::move(block), length, sourcePort);
+            sendToAll(index, block, length, sourcePort);
     }
     /// Drops the input blocks, once they have been used.
     void releaseInputs() noexcept;
@@ -141,7 +141,7 @@ protected:
     [[nodiscard]] bool* getParamsChangedFlag() noexcept { return &paramsChanged; }
 
 private:
-    void sendToAll(int index, CAudioBlockRef block, int length, int sourcePort);
+    void sendToAll(int index, const CAudioBlockRef& block, int length, int sourcePort);
     [[nodiscard]] bool rebuildInputs();
     void runUpdate(bool isFormatChange);
     [[nodiscard]] const CAudioParamDef* findParamDef(const CString& fullName) const;

@@ -28,8 +28,6 @@ CParamInterfaceLink::CParamInterfaceLink(CParamInterfaceBaseConnector& target) n
 {
 }
 
-CParamInterfaceLink::~CParamInterfaceLink() = default;
-
 void CParamInterfaceLink::open(const CObject& treeRoot)
 {
     const CLockScope hold(searchLock);

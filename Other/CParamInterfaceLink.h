@@ -33,7 +33,7 @@ public:
     };
 
     explicit CParamInterfaceLink(CParamInterfaceBaseConnector& target) noexcept;
-    ~CParamInterfaceLink();
+    ~CParamInterfaceLink() = default;
     CParamInterfaceLink(const CParamInterfaceLink&) = delete;
     CParamInterfaceLink& operator=(const CParamInterfaceLink&) = delete;
 
