@@ -586,7 +586,8 @@ void CAudioWrapper::takeChanges(bool isBlockStart, int length)
     {
         const CLockScope lock(audioEnv->lock);
         if (isBlockStart) {
-            audioEnv->blockEndTime = length / audioEnv->sampleRate + audioEnv->streamTime;
+            blockRate = audioEnv->sampleRate;
+            audioEnv->blockEndTime = length / blockRate + audioEnv->streamTime;
             vizCollector->takePending();
         }
         paramCollector->takeQueue();
@@ -625,7 +626,7 @@ void CAudioWrapper::copyIn(const void* const* inputs, int done, int length)
 
 void CAudioWrapper::advanceTime(int length)
 {
-    audioEnv->streamTime += length / audioEnv->sampleRate;
+    audioEnv->streamTime += length / blockRate;
 }
 
 } // namespace tsm

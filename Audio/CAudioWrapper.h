@@ -210,6 +210,7 @@ private:
     CHostLayout outputLayout{1, true, false};
     std::atomic<bool> formatChanged = true; // written under it, looked at without
 
+    double blockRate = 44100.0; // of the environment, taken once a block; [audio]
     const void* const* sidechainBuffers = nullptr;
     CParamEventQueue events;
     std::atomic<bool> isInside = false; // the audio entry or a priming pass runs
