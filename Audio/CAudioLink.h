@@ -34,6 +34,14 @@ public:
         link.lanes[index].block = std::move(block);
         link.blockLength = length;
     }
+    /// The same for all channels of the format; the given places are empty afterwards.
+    void putAll(CAudioBlockRef* const* blocks, int count, int length) noexcept
+    {
+        CAudioLink& link = end ? *end : *this;
+        for (int i = 0; i < count; ++i)
+            link.lanes[i].block = std::move(*blocks[i]);
+        link.blockLength = length;
+    }
     /// From here on blocks go to another link of the same format, or to where that one leads; see
     /// CAudioGraphSteps.
     void leadTo(CAudioLink& next) noexcept { end = next.end ? next.end : &next; }

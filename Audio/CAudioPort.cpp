@@ -134,6 +134,14 @@ bool CAudioPort::rebuild(CAudioBlockPool& pool, int inputLatency)
     return isChanged;
 }
 
+const CAudioLink* CAudioPort::findUsedLink() const noexcept
+{
+    for (const CAudioLink& link : links)
+        if (link.hasChannels())
+            return &link;
+    return nullptr;
+}
+
 CAudioLink* CAudioPort::findStraightLink() const noexcept
 {
     if (links.getCount() != 1)

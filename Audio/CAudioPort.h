@@ -39,14 +39,8 @@ public:
     /// Brings the channels and delays up to date with the links' formats; tells whether channels or
     /// their groups are others than before.
     [[nodiscard]] bool rebuild(CAudioBlockPool& pool, int inputLatency);
-    /// The samples that have arrived in this sub-block; 0 when nothing has.
-    [[nodiscard]] int getBlockLength() const noexcept
-    {
-        for (const CAudioLink& link : links)
-            if (link.hasChannels())
-                return link.getBlockLength();
-        return 0;
-    }
+    /// The first link that has channels, by which a sub-block's length is told; null for none.
+    [[nodiscard]] const CAudioLink* findUsedLink() const noexcept;
     /// Takes the block of a channel off its links, delayed and combined: zeros when none has come.
     /// With `isFilledByInput` a delay starts filled with its first sample.
     [[nodiscard]] CAudioBlockRef take(int at, CAudioBlockPool& pool, int length, EInputCombo combo,

@@ -219,10 +219,10 @@ void CAudioProcessBase::listSteps(CAudioGraphSteps& steps)
 
 bool CAudioProcessBase::beginPull()
 {
-    blockLength = 0;
-    for (CAudioPort& port : ports)
-        if (blockLength == 0)
-            blockLength = port.getBlockLength();
+    const bool isAtFirst = firstInput && pendingInputChanges == 0;
+    blockLength = isAtFirst ? firstInput->getBlockLength() : 0;
+    if (blockLength == 0)
+        blockLength = findBlockLength();
 
     // Inputs that turn out unchanged must not swallow a change of a parameter.
     if (pendingInputChanges > 0 && rebuildInputs())
@@ -230,6 +230,14 @@ bool CAudioProcessBase::beginPull()
     else if (paramsChanged)
         runUpdate(false);
     return blockLength > 0;
+}
+
+int CAudioProcessBase::findBlockLength() const noexcept
+{
+    for (const CAudioPort& port : ports)
+        if (const CAudioLink* const link = port.findUsedLink(); link && link->getBlockLength() > 0)
+            return link->getBlockLength();
+    return 0;
 }
 
 bool CAudioProcessBase::pull()
@@ -267,8 +275,12 @@ bool CAudioProcessBase::rebuildInputs()
     for (int i = ports.getCount() - 1; i >= 0; --i)
         if (const double rate = ports[i].getSampleRate(); rate > 0.0)
             sampleRate = rate;
-    for (CAudioPort& port : ports)
+    firstInput = nullptr;
+    for (CAudioPort& port : ports) {
         isChanged |= port.rebuild(getPool(), inputLatency);
+        if (!firstInput)
+            firstInput = port.findUsedLink();
+    }
     return isChanged || sampleRate != formerRate || inputLatency != formerLatency;
 }
 

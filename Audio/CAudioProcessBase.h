@@ -128,6 +128,16 @@ protected:
         else
             sendToAll(index, block, length, sourcePort);
     }
+    /// Hands the blocks of all channels on, in order of the published format, to all links of
+    /// output port 0. They are empty afterwards.
+    void sendAll(CAudioBlockRef* const* blocks, int count)
+    {
+        if (CAudioLink* const link = findSoleOutLink(0))
+            link->putAll(blocks, count, blockLength);
+        else
+            for (int i = 0; i < count; ++i)
+                sendToAll(i, std::exchange(*blocks[i], {}), blockLength, 0);
+    }
     /// Drops the input blocks, once they have been used.
     void releaseInputs() noexcept;
     [[nodiscard]] COwnedArray<CAudioPort>& getPorts() noexcept { return ports; }
@@ -143,12 +153,14 @@ protected:
 private:
     void sendToAll(int index, const CAudioBlockRef& block, int length, int sourcePort);
     [[nodiscard]] bool rebuildInputs();
+    [[nodiscard]] int findBlockLength() const noexcept;
     void runUpdate(bool isFormatChange);
     [[nodiscard]] const CAudioParamDef* findParamDef(const CString& fullName) const;
 
     // What a steady sub-block reads comes first and close together, see CAudioLink.
     COwnedArray<CAudioPort> ports;
-    CArray<CAudioLink*, 4> outLinks; // owned by the ports that they end in
+    CArray<CAudioLink*, 4> outLinks;        // owned by the ports that they end in
+    const CAudioLink* firstInput = nullptr; // that has channels; known while no change is pending
     CAudioProcessContext context;
     int blockLength = 0;
     int pendingInputChanges = 1;

@@ -39,7 +39,9 @@ void CAudioProcessContainer::COutlet::listSteps(CAudioGraphSteps& steps)
         steps.add(*this);
         return;
     }
-    steps.watch(*this);
+    // Its formats change only while another process is brought up to date; it has no parameters.
+    if (needsUpdate())
+        steps.watch(*this);
     steps.tie(*from, *to);
 }
 
@@ -94,7 +96,7 @@ void CAudioProcessContainer::publishInputs()
 bool CAudioProcessContainer::goesAlong(const CInnerLink& inner, const CAudioPort& port, int channel)
 {
     return inner.link->getSourcePort() == port.getIndex() &&
-           (inner.group < 0 ||
+           (inner.isWhole || inner.group < 0 ||
             port.getChannel(channel).group == static_cast<unsigned>(inner.group));
 }
 

@@ -334,10 +334,14 @@ void CAudioProcessTerminalBase::endFades()
 void CAudioProcessTerminalBase::rebuildActive()
 {
     activeModules.clear();
+    outputs.clear();
     for (CRecord& record : records) {
-        activeModules.add(record.current.get());
+        CAudioModule& module = *record.current;
+        activeModules.add(&module);
         if (record.isFading)
             activeModules.add(record.previous.get());
+        for (int i = 0; i < module.outputCount; ++i)
+            outputs.add(&module.outputs[i].buffer);
     }
 }
 
@@ -357,18 +361,16 @@ void CAudioProcessTerminalBase::process()
 {
     if (!pull())
         return;
+    const int length = getBlockLength();
     for (CAudioModule* module : activeModules)
-        module->blockLength = getBlockLength();
+        module->blockLength = length;
     if (!activeModules.isEmpty())
         processModules(activeModules.data(), activeModules.getCount());
-    int index = 0;
-    for (CRecord& record : records) {
-        if (record.isFading)
-            mixFade(record);
-        CAudioModule& module = *record.current;
-        for (int i = 0; i < module.outputCount; ++i)
-            send(index++, std::exchange(module.outputs[i].buffer, {}), getBlockLength());
-    }
+    if (fadingCount > 0)
+        for (CRecord& record : records)
+            if (record.isFading)
+                mixFade(record);
+    sendAll(outputs.data(), outputs.getCount());
     releaseInputs();
 }
 

@@ -82,6 +82,7 @@ private:
     COwnedArray<CRecord> records;
     COwnedArray<CAudioModule> freeModules;
     CArray<CAudioModule*, kMaxPortChannels> activeModules;
+    CArray<CAudioBlockRef*, kMaxPortChannels> outputs; // of the current modules, in channel order
     int fadingCount = 0;
     double xfadeLength = 0.015; // seconds
     int xfadeSamples = 1;

@@ -148,18 +148,18 @@ void CDSPModDelay::readFading(double* out, int count)
         endFade();
 }
 
-void CDSPModDelay::fill(CSlot& slot)
+double* CDSPModDelay::fill(CSlot& slot)
 {
     slot.block = pool.takeFilled(size, fillValue);
+    return slot.block.write();
 }
 
 /// The samples at a ring position, up to the end of their block.
 double* CDSPModDelay::at(int position)
 {
     CSlot& slot = ring[position >> order];
-    if (!slot.block)
-        fill(slot);
-    return slot.block.write() + (position & (size - 1));
+    double* const samples = slot.block ? slot.block.write() : fill(slot);
+    return samples + (position & (size - 1));
 }
 
 int CDSPModDelay::back(int samples) const noexcept

@@ -52,7 +52,8 @@ private:
     void endFade();
     void fitRing();
     void resizeRing(int needed);
-    void fill(CSlot& slot);
+    // Rare, so that it stays out of the short way through at().
+    [[nodiscard, gnu::cold]] double* fill(CSlot& slot);
     [[nodiscard]] double* at(int position);
     [[nodiscard]] int back(int samples) const noexcept;
     [[nodiscard]] int sliceAt(int position, int wanted) const noexcept;

@@ -13,8 +13,11 @@ class CExclusiveScope : public CCheckedObject {
 public:
     explicit CExclusiveScope(std::atomic<bool>& flag) noexcept : isTaken(flag)
     {
-        [[maybe_unused]] const bool wasTaken = isTaken.exchange(true, std::memory_order_acquire);
-        assert(!wasTaken && "the engine is entered twice at the same time");
+        // No exchange: that would find the rare mistake in which both come at the same moment, and
+        // cost a locked operation in each block.
+        assert(!isTaken.load(std::memory_order_acquire) &&
+               "the engine is entered twice at the same time");
+        isTaken.store(true, std::memory_order_relaxed);
     }
     ~CExclusiveScope() { isTaken.store(false, std::memory_order_release); }
     CExclusiveScope(const CExclusiveScope&) = delete;

@@ -41,7 +41,12 @@ public:
     void deliver();
 
     /// The thread that must not be kept up by listeners, by currentThreadId(); 0 for none. [any]
-    void setRealtimeThread(std::uint32_t threadId) noexcept { realtimeThread.store(threadId); }
+    void setRealtimeThread(std::uint32_t threadId) noexcept
+    {
+        // Relaxed: that thread knows what it has stored, and the others ask only about holds, whose
+        // lock they have taken behind it.
+        realtimeThread.store(threadId, std::memory_order_relaxed);
+    }
 
 private:
     struct CThreadHolds {

@@ -97,7 +97,8 @@ void CWrapperGraph::writeOutput(const CHostOutput& host, int first, int length) 
     }
     for (int slot = 0; slot < host.getChannelCount(); ++slot) {
         const int done = slot < kMaxPortChannels ? written[static_cast<std::size_t>(slot)] : 0;
-        host.silence(slot, first + done, length - done);
+        if (done < length)
+            host.silence(slot, first + done, length - done);
     }
 }
 

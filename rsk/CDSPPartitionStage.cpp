@@ -12,11 +12,17 @@ namespace tsm::rsk {
 namespace {
 
 /// Bins that are summed at once: what the kernels do best, and a divisor of all blocks.
-constexpr int kBinRun = 32;
+constexpr int kBinRun = 64;
 
 std::size_t bytesOf(int count)
 {
     return static_cast<std::size_t>(count) * sizeof(double);
+}
+
+void addTo(double* __restrict sum, const double* __restrict terms, int count)
+{
+    for (int i = 0; i < count; ++i)
+        sum[i] += terms[i];
 }
 
 } // namespace
@@ -85,12 +91,11 @@ void CDSPPartitionStage::process(const double* in, double* out, int count, doubl
     while (count > 0) {
         const int step = std::min({count, toBoundary, toOutput});
         std::memcpy(frame.data() + block - toBoundary, in, bytesOf(step));
-        const double* ready = output.data() + block - toOutput;
-        for (int i = 0; i < step; ++i)
-            out[i] += ready[i];
+        addTo(out, output.data() + block - toOutput, step);
         toBoundary -= step;
         toOutput -= step;
-        sumPast();
+        if (getDueBins() != binsDone)
+            sumPast();
         if (toBoundary == 0)
             transformInput(work);
         if (toOutput == 0)
@@ -142,13 +147,19 @@ int CDSPPartitionStage::getPastCount() const noexcept
     return std::min(filter.getCount() - 1, known - (hasNewest ? 1 : 0));
 }
 
+/// Bins that the past's part of the sum should have by now.
+int CDSPPartitionStage::getDueBins() const noexcept
+{
+    return (block - toOutput) & ~(kBinRun - 1);
+}
+
 /// Brings the sum to as many bins as samples have passed. The partition with the latest taps comes
 /// first, and the newest input last.
 void CDSPPartitionStage::sumPast() noexcept
 {
-    const int end = (block - toOutput) & ~(kBinRun - 1);
+    const int end = getDueBins();
     const int past = getPastCount();
-    if (end == binsDone || past == 0)
+    if (past == 0)
         return;
     const double* const* spectra = inputs.data() + inputs.getCount() - (hasNewest ? 1 : 0) - past;
     const int first = filter.getCount() - 1 - past;

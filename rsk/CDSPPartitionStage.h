@@ -53,6 +53,7 @@ private:
     void transformInput(double* work) noexcept;
     void makeOutput(double* work) noexcept;
     [[nodiscard]] int getPastCount() const noexcept;
+    [[nodiscard]] int getDueBins() const noexcept;
     void sumPast() noexcept;
     void takePending() noexcept;
 

@@ -180,8 +180,12 @@ void CModBankedConvolver::setImpulse(const CBankedImpulseRef& impulse)
         filters.remove(filters.getCount() - 1);
     while (filters.getCount() < channelCount)
         filters.create();
-    for (int i = 0; i < channelCount; ++i)
-        filters[i].convolver.load(channelOf(impulse, i));
+    workCount = 0;
+    for (int i = 0; i < channelCount; ++i) {
+        rsk::CDSPZeroLatencyConvolver& convolver = filters[i].convolver;
+        convolver.load(channelOf(impulse, i));
+        workCount = std::max(workCount, convolver.getWorkCount());
+    }
     CBankedImpulseCache::get().trim();
 }
 
@@ -219,20 +223,20 @@ void CModBankedConvolver::process()
         return;
     const CAudioPort& port = getPort(0);
     const int length = getBlockLength();
+    const CAudioBlockRef work = getPool().take(std::max(workCount, 1));
     for (int i = 0; i < port.getChannelCount(); ++i) {
         CAudioBlockRef block = getPool().take(length);
-        processChannel(i, port.getChannel(i).buffer.read(), block.write(), length);
+        processChannel(i, port.getChannel(i).buffer.read(), block.write(), length, work.write());
         send(i, std::move(block), length);
     }
     releaseInputs();
 }
 
-void CModBankedConvolver::processChannel(int channel, const double* in, double* out, int count)
+void CModBankedConvolver::processChannel(int channel, const double* in, double* out, int count,
+                                         double* work)
 {
     if (channel < filters.getCount()) {
-        rsk::CDSPZeroLatencyConvolver& convolver = filters[channel].convolver;
-        const CAudioBlockRef work = getPool().take(std::max(convolver.getWorkCount(), 1));
-        convolver.process(in, out, count, work.write());
+        filters[channel].convolver.process(in, out, count, work);
     } else if (channel < delays.getCount()) {
         delays[channel].process(in, out, count);
     } else {

@@ -49,7 +49,7 @@ private:
     void endFilters();
     void fitDelays();
     void setStatus(const CString& text);
-    void processChannel(int index, const double* in, double* out, int count);
+    void processChannel(int index, const double* in, double* out, int count, double* work);
 
     const CFileSetObject* fileSet = nullptr; // borrowed from the shared tree
     CAudioParamSubscription* params[ParamCount] = {};
@@ -60,6 +60,7 @@ private:
     int index = -1;
     CString fileName;
     COwnedArray<CFilter> filters;
+    int workCount = 0; // doubles of work space that a filter needs
     COwnedArray<CDSPModDelay> delays;
 };
 

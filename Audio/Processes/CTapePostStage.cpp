@@ -7,6 +7,7 @@ namespace tsm {
 void CTapePostStage::update(const CTapePostSettings& settings) noexcept
 {
     coefficients = tapeKernels().updatePost(settings);
+    mark.renew();
     state = {};
     state.flutter.noise = 1000000; // unrelated to the flutter of the stage before
     state.flutter.position = coefficients.flutter.length - 1;
@@ -23,9 +24,10 @@ void CTapePostStage::reset() noexcept
     resetTapeState(state, coefficients.flutter);
 }
 
-bool CTapePostStage::isTwin(const CTapePostStage& other) const noexcept
+bool CTapePostStage::isTwinOf(const CTapePostStage& other) noexcept
 {
-    return state.flutter == other.state.flutter && coefficients == other.coefficients;
+    return state.flutter == other.state.flutter &&
+           mark.isEqual(coefficients, other.mark, other.coefficients);
 }
 
 void CTapePostStage::process(const CLane* lanes, int laneCount, int count) noexcept

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/Processes/CEqualMark.h"
 #include "Audio/Processes/TapeKernels.h"
 
 namespace tsm {
@@ -36,7 +37,7 @@ public:
     }
     [[nodiscard]] CTapeState& getState() noexcept { return state; }
     /// Whether both will have the same flutter at the same settings.
-    [[nodiscard]] bool isTwin(const CTapePostStage& other) const noexcept;
+    [[nodiscard]] bool isTwinOf(const CTapePostStage& other) noexcept;
 
     /// Works `count` samples of all channels of one process; at most kMaxTapeLanes lanes, each with
     /// a stage of its own. The lanes may differ in their settings. [audio] No allocation, no lock.
@@ -44,6 +45,7 @@ public:
 
 private:
     CTapePostCoefficients coefficients;
+    CEqualMark mark; // of the coefficients
     CTapeState state;
 };
 

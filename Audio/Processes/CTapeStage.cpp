@@ -7,6 +7,7 @@ namespace tsm {
 void CTapeStage::update(const CTapeSettings& settings) noexcept
 {
     coefficients = tapeKernels().updateTape(settings);
+    mark.renew();
     state = {};
     state.flutter.noise = 0;
     state.flutter.position = coefficients.flutter.length - 1;
@@ -23,9 +24,10 @@ void CTapeStage::reset() noexcept
     resetTapeState(state, coefficients.flutter);
 }
 
-bool CTapeStage::isTwin(const CTapeStage& other) const noexcept
+bool CTapeStage::isTwinOf(const CTapeStage& other) noexcept
 {
-    return state.flutter == other.state.flutter && coefficients == other.coefficients;
+    return state.flutter == other.state.flutter &&
+           mark.isEqual(coefficients, other.mark, other.coefficients);
 }
 
 void CTapeStage::process(const CLane* lanes, int laneCount, int count) noexcept

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/Processes/CEqualMark.h"
 #include "Audio/Processes/TapeKernels.h"
 
 namespace tsm {
@@ -33,7 +34,7 @@ public:
     [[nodiscard]] const CTapeCoefficients& getCoefficients() const noexcept { return coefficients; }
     [[nodiscard]] CTapeState& getState() noexcept { return state; }
     /// Whether both will have the same flutter at the same settings.
-    [[nodiscard]] bool isTwin(const CTapeStage& other) const noexcept;
+    [[nodiscard]] bool isTwinOf(const CTapeStage& other) noexcept;
 
     /// Works `count` samples of all channels of one process; at most kMaxTapeLanes lanes, each with
     /// a stage of its own. The lanes may differ in their settings. [audio] No allocation, no lock.
@@ -41,6 +42,7 @@ public:
 
 private:
     CTapeCoefficients coefficients;
+    CEqualMark mark; // of the coefficients
     CTapeState state;
 };
 

@@ -3,6 +3,7 @@
 #include "Audio/Processes/TapeKernels.h"
 
 #include <cassert>
+#include <cstdint>
 
 namespace tsm {
 
@@ -17,16 +18,17 @@ template <class Lane, class Work>
 void forEachTwins(const Lane* lanes, int laneCount, const Work& work)
 {
     assert(laneCount <= kMaxTapeLanes);
-    bool isDone[kMaxTapeLanes] = {};
+    std::uint32_t done = 0; // a bit for each lane
     for (int first = 0; first < laneCount; ++first) {
-        if (isDone[first])
+        if (done >> first & 1u)
             continue;
         CTapeLane twins[kMaxTapeLanes];
         int twinCount = 0;
         for (int i = first; i < laneCount; ++i) {
-            if (isDone[i] || (i != first && !lanes[first].stage->isTwin(*lanes[i].stage)))
+            const bool isDone = done >> i & 1u;
+            if (isDone || (i != first && !lanes[i].stage->isTwinOf(*lanes[first].stage)))
                 continue;
-            isDone[i] = true;
+            done |= 1u << i;
             twins[twinCount++] = {lanes[i].in, lanes[i].out, &lanes[i].stage->getState()};
         }
         work(*lanes[first].stage, twins, twinCount);
