@@ -139,6 +139,25 @@ TEST_P(ATapeKernel, GivesEachLaneWhatItWouldGetAlone)
     }
 }
 
+TEST_P(ATapeKernel, TellsTwinsApartOnceOneIsSetAnew)
+{
+    const CTapeSettings settings;
+    CTapeSettings other = settings;
+    other.hardness = 0.1; // the flutter stays the same
+    const CSignal in = noise(300, 1.5);
+    for (const int changed : {0, 1}) {
+        CTapeStageRig rigs[] = {CTapeStageRig(settings), CTapeStageRig(settings)};
+        CSignal out[] = {CSignal(in.size()), CSignal(in.size())};
+        const CTapeStage::CLane lanes[] = {{in.data(), out[0].data(), &rigs[0].stage},
+                                           {in.data(), out[1].data(), &rigs[1].stage}};
+        CTapeStage::process(lanes, 2, 0); // finds them equal and moves no flutter
+        rigs[changed].update(other);
+        CTapeStage::process(lanes, 2, static_cast<int>(in.size()));
+        EXPECT_EQ(CTapeStageRig(other).process(in), out[changed]);
+        EXPECT_EQ(CTapeStageRig(settings).process(in), out[1 - changed]);
+    }
+}
+
 TEST_P(ATapeKernel, StaysInsideItsMemoryAtAnyRateAndSignal)
 {
     constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
