@@ -30,8 +30,11 @@ int main(int argc, char** argv)
     if (const std::optional<int> status = CAnalyzeOptions::parse(argc, argv, options))
         return *status;
     std::string error;
-    if (run(options, error))
-        return 0;
+    if (run(options, error)) {
+        if (std::fflush(stdout) == 0)
+            return 0;
+        error = "standard output can't be written";
+    }
     std::fprintf(stderr, "reelpath-analyze: %s\n", error.c_str());
     return 1;
 }

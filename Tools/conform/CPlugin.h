@@ -57,7 +57,8 @@ private:
     std::string className;
     bool isQuick;
     std::vector<std::string> loading;
-    Steinberg::IPtr<CHostContext> context = Steinberg::IPtr<CHostContext>::owned(new CHostContext);
+    Steinberg::IPtr<CHostContext> context =
+        Steinberg::IPtr<CHostContext>::owned(new CHostContext(u"reelpath-conform"));
     std::unique_ptr<CVstBundle> bundle;
     const CVstClass* effect = nullptr;
 };

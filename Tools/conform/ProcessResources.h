@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Tools/conform/CFindings.h"
-#include "Tools/conform/HeapWatch.h"
+#include "Tools/Support/HeapWatch.h"
 
 namespace tsm {
 

@@ -19,11 +19,11 @@ tresult CHostContext::queryInterface(const TUID wanted, void** obj)
     return FObject::queryInterface(wanted, obj);
 }
 
-tresult CHostContext::getName(String128 name)
+tresult CHostContext::getName(String128 text)
 {
-    if (!name)
+    if (!text)
         return kInvalidArgument;
-    copyString128(u"reelpath-host", name);
+    copyString128(name, text);
     return kResultOk;
 }
 

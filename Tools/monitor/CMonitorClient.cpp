@@ -2,6 +2,7 @@
 
 #include "Core/CResourceMap.h"
 #include "Core/CText.h"
+#include "Tools/engine/EngineNames.h"
 #include "Tools/monitor/CMessageText.h"
 
 namespace tsm {
@@ -10,9 +11,7 @@ extern const CResourceEntry kMonitorResources[];
 
 namespace {
 
-constexpr const char* kMainPath = "plugin.modMain.";
 constexpr double kInactiveSeconds = 1.0; // the slower meter sends six times in it
-constexpr const char* kMeters[] = {"plugin.modMain.modMeterOut", "plugin.modMain.modMeterIODiff"};
 
 } // namespace
 
@@ -79,7 +78,7 @@ CError* CMonitorClient::listen(const std::vector<CString>& paramNames)
 
 CError* CMonitorClient::listenMeters()
 {
-    for (const char* name : kMeters) {
+    for (const char* name : kMeterNames) {
         std::uint32_t id = 0;
         TSM_TRY(client->listenViz(id, name));
         meters.push_back(std::make_unique<CMonitorMeter>(name, events.onReading, events.onSilence));

@@ -8,7 +8,7 @@
 #include "Platform/CMessageQueue.h"
 #include "Tools/Support/CStopSignal.h"
 #include "Tools/Support/CWholeFile.h"
-#include "Tools/render/CRenderParams.h"
+#include "Tools/engine/CEngineParams.h"
 
 #include <algorithm>
 #include <chrono>
@@ -64,14 +64,14 @@ CError* CMonitorJob::startEngine()
     // What a script sets may be a setting of the user's, in all sessions.
     CAppData::keepInMemory();
     TSM_TRY(startProduct(application));
-    wrapper = std::make_unique<CRenderWrapper>();
+    wrapper = std::make_unique<CEngineWrapper>();
     TSM_TRY(wrapper->prepare());
     const int channels = sound.getChannelCount();
     if (channels > wrapper->getIntChannelCount())
         TSM_FAIL("'%1' has %2 channels, more than the %3 that can be processed",
                  CString::fromUtf8(options.inPath), toString(channels),
                  toString(wrapper->getIntChannelCount()));
-    CRenderParams params(wrapper->getParamCollector());
+    CEngineParams params(wrapper->getParamCollector());
     for (const CNamedText& setting : options.settings)
         TSM_TRY(params.set(setting));
     block = std::make_unique<CHostBlock>(channels, options.blockSize, false);
@@ -104,7 +104,7 @@ CError* CMonitorJob::attachClient()
     };
     events.onTick = [this] { return frame(); };
     client = std::make_unique<CMonitorClient>(std::move(events));
-    const CRenderParams params(wrapper->getParamCollector());
+    const CEngineParams params(wrapper->getParamCollector());
     TSM_TRY(client->attach(application, wrapper->getRoot(), params.getNames(),
                            options.framesPerSecond, !options.isFast));
     return nullptr;

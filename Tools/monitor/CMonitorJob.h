@@ -3,12 +3,12 @@
 #include "Core/CApplication.h"
 #include "Tools/Support/CHostBlock.h"
 #include "Tools/Support/CSoundFileReader.h"
+#include "Tools/engine/CEngineWrapper.h"
 #include "Tools/monitor/CMeterReport.h"
 #include "Tools/monitor/CMonitorClient.h"
 #include "Tools/monitor/CMonitorOptions.h"
 #include "Tools/monitor/CMonitorScreen.h"
 #include "Tools/monitor/CMonitorScript.h"
-#include "Tools/render/CRenderWrapper.h"
 
 #include <atomic>
 #include <memory>
@@ -46,7 +46,7 @@ private:
     CMonitorScript script;
     CSoundFileReader sound;
     CApplication application;
-    std::unique_ptr<CRenderWrapper> wrapper; // goes before the application
+    std::unique_ptr<CEngineWrapper> wrapper; // goes before the application
     std::unique_ptr<CMonitorClient> client;  // goes before the instance
     std::unique_ptr<CHostBlock> block;
     std::vector<double> frames;

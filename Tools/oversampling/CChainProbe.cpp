@@ -2,6 +2,7 @@
 
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioParamCollector.h"
+#include "Tools/engine/EngineNames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +19,7 @@ constexpr double kDbPerNeper = 8.685889638065037;
 CError* CChainProbe::open(const COversamplingChoice& choice, double recGainDb,
                           double hardnessPercent)
 {
-    wrapper = std::make_unique<CRenderWrapper>();
+    wrapper = std::make_unique<CEngineWrapper>();
     TSM_TRY(wrapper->prepare());
     TSM_TRY(set("oversampling", 1.0 + std::log2(choice.factor)));
     TSM_TRY(set("lp-oversampling-enable", choice.isLinear ? 1.0 : 0.0));
@@ -34,7 +35,7 @@ CError* CChainProbe::open(const COversamplingChoice& choice, double recGainDb,
 
 CError* CChainProbe::set(const char* name, double value)
 {
-    CAudioParam* param = wrapper->getParamCollector().find("plugin.modMain." + CString(name));
+    CAudioParam* param = wrapper->getParamCollector().find(kMainPath + CString(name));
     if (!param)
         TSM_FAIL("there is no parameter '%1'", CString(name));
     param->setValue(0, 0, value);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/CError.h"
-#include "Tools/render/CRenderWrapper.h"
+#include "Tools/engine/CEngineWrapper.h"
 
 #include <memory>
 #include <vector>
@@ -31,7 +31,7 @@ public:
 private:
     [[nodiscard]] CError* set(const char* name, double value);
 
-    std::unique_ptr<CRenderWrapper> wrapper;
+    std::unique_ptr<CEngineWrapper> wrapper;
 };
 
 } // namespace tsm

@@ -46,9 +46,9 @@ CError* CRenderJob::run()
 CError* CRenderJob::startEngine()
 {
     TSM_TRY(startProduct(application));
-    wrapper = std::make_unique<CRenderWrapper>();
+    wrapper = std::make_unique<CEngineWrapper>();
     TSM_TRY(wrapper->prepare());
-    params = std::make_unique<CRenderParams>(wrapper->getParamCollector());
+    params = std::make_unique<CEngineParams>(wrapper->getParamCollector());
     return options.isList ? nullptr : sound.checkChannels(wrapper->getIntChannelCount());
 }
 

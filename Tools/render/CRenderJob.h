@@ -4,9 +4,9 @@
 #include "Tools/Support/CHostBlock.h"
 #include "Tools/Support/CParamTimeline.h"
 #include "Tools/Support/CSoundRender.h"
+#include "Tools/engine/CEngineParams.h"
+#include "Tools/engine/CEngineWrapper.h"
 #include "Tools/render/CRenderOptions.h"
-#include "Tools/render/CRenderParams.h"
-#include "Tools/render/CRenderWrapper.h"
 
 #include <memory>
 
@@ -38,8 +38,8 @@ private:
     const CRenderOptions& options;
     CSoundRender sound;
     CApplication application;
-    std::unique_ptr<CRenderWrapper> wrapper; // goes before the application
-    std::unique_ptr<CRenderParams> params;
+    std::unique_ptr<CEngineWrapper> wrapper; // goes before the application
+    std::unique_ptr<CEngineParams> params;
     CParamTimeline timeline;
 };
 

@@ -24,8 +24,8 @@ struct CAuditCounts {
     static constexpr int kMostLocks = 64;
     static constexpr int kMostCalls = 16;
 
-    int allocations = 0; // calls of the C library's heap for memory, whoever makes them
-    int frees = 0;
+    std::int64_t allocations = 0; // calls of the C library's heap for memory, whoever makes them
+    std::int64_t frees = 0;
     int refills = 0; // of the block allocator's size classes
     int lockCount = 0;
     std::array<CLockCounts, kMostLocks> locks{};

@@ -6,6 +6,7 @@
 #include "Audio/ProductCreators.h"
 #include "Core/CAppData.h"
 #include "Core/CWriteSeqBuffer.h"
+#include "Tools/engine/EngineNames.h"
 #include "Tools/rtaudit/CThreadAudit.h"
 
 #include <cxxabi.h>
@@ -53,7 +54,7 @@ void CAuditWrapper::onParamEvent(const CParamEvent& event)
     if (event.index == kWorkEvent)
         work();
     else
-        CRenderWrapper::onParamEvent(event);
+        CEngineWrapper::onParamEvent(event);
 }
 
 CAuditEngine::~CAuditEngine() = default;
@@ -102,7 +103,7 @@ void CAuditEngine::settle()
 
 CAudioParam* CAuditEngine::find(const char* name) const
 {
-    CAudioParam* param = wrapper->getParamCollector().find("plugin.modMain." + CString(name));
+    CAudioParam* param = wrapper->getParamCollector().find(kMainPath + CString(name));
     return param && param->getInfo() ? param : nullptr;
 }
 
@@ -142,7 +143,7 @@ void CAuditEngine::watchMeters(bool isWatched)
     if (isWatched == isWatching)
         return;
     isWatching = isWatched;
-    for (const char* name : {"plugin.modMain.modMeterOut", "plugin.modMain.modMeterIODiff"}) {
+    for (const char* name : kMeterNames) {
         CAudioVizSource& source = vizCollector->getSource(name);
         if (isWatched)
             vizCollector->addListener(source);

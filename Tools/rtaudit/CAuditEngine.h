@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/CApplication.h"
-#include "Tools/render/CRenderWrapper.h"
+#include "Tools/engine/CEngineWrapper.h"
 #include "Tools/rtaudit/CAuditCounts.h"
 #include "Tools/rtaudit/CSymbolNames.h"
 
@@ -15,7 +15,7 @@ namespace tsm {
 class CAudioVizCollector;
 
 /// An instance whose events also run work of its maker's, as code inside of the engine would.
-class CAuditWrapper : public CRenderWrapper {
+class CAuditWrapper : public CEngineWrapper {
 public:
     static constexpr std::int32_t kWorkEvent = -1;
 

@@ -1,5 +1,6 @@
 #include "Tools/rtaudit/CThreadAudit.h"
 
+#include "Tools/Support/HeapWatch.h"
 #include "Tools/rtaudit/CRunDelay.h"
 #include "Tools/rtaudit/CSystemCallProbe.h"
 
@@ -26,12 +27,16 @@ CThreadAudit::CThreadAudit(CAuditCounts& results) : counts(results), faultsBefor
     CRunDelay::prepare();
     active = &counts;
     CSystemCallProbe::begin(counts);
+    beginHeapWatch(false);
 }
 
 CThreadAudit::~CThreadAudit()
 {
+    const CHeapCalls calls = endHeapWatch();
     CSystemCallProbe::end();
     active = nullptr;
+    counts.allocations += calls.takenCount;
+    counts.frees += calls.givenCount;
     counts.pageFaults += pageFaults() - faultsBefore;
 }
 

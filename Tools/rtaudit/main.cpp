@@ -1,3 +1,4 @@
+#include "Tools/Support/CCommandLine.h"
 #include "Tools/Support/CToolMain.h"
 #include "Tools/rtaudit/CAuditKinds.h"
 #include "Tools/rtaudit/CBusyCores.h"
@@ -62,27 +63,33 @@ std::string tellHolds(const CAuditRow& row)
     return text.str();
 }
 
-CError* run(int argc, char** argv)
-{
+struct CAuditOptions {
     int blockSize = 512;
     int busyCores = 0;
     std::string word;
-    CLI::App app("Counts what the audio path does in each kind of block that it shouldn't; the "
-                 "figures are those of the worst block of a kind, after some to warm up.",
-                 "reelpath-rtaudit");
-    app.add_option("--block", blockSize, "Samples in a host's block")->check(CLI::Range(1, 65536));
-    app.add_option("--load", busyCores,
+};
+
+void describe(CLI::App& app, CAuditOptions& options)
+{
+    app.add_option("--block", options.blockSize, "Samples in a host's block")
+        ->check(CLI::Range(1, 65536));
+    app.add_option("--load", options.busyCores,
                    "Busy threads of others beside the kinds of block with a control thread")
         ->check(CLI::Range(0, 256));
-    app.add_option("--only", word, "Only kinds of block with that word in their names");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        const bool isDone = app.exit(error) == 0;
-        if (isDone)
-            return nullptr;
-        TSM_FAIL("wrong arguments");
-    }
+    app.add_option("--only", options.word, "Only kinds of block with that word in their names");
+}
+
+CError* run(int argc, char** argv)
+{
+    CAuditOptions options;
+    bool isDone = false;
+    TSM_TRY(parseCommandLine(
+        argc, argv, "reelpath-rtaudit",
+        "Counts what the audio path does in each kind of block that it shouldn't; the figures are "
+        "those of the worst block of a kind, after some to warm up.",
+        [&](CLI::App& app) { describe(app, options); }, isDone));
+    if (isDone)
+        return nullptr;
     if (!CThreadAudit::isAvailable())
         TSM_FAIL("a sanitizer's build can't count");
     if (!CThreadAudit::countsSystemCalls())
@@ -92,12 +99,12 @@ CError* run(int argc, char** argv)
                  "|---|---|---|---|---|---|---|---|---|---|---|---|\n";
     std::string holds;
     CAuditEngine engine;
-    TSM_TRY(engine.start(blockSize));
+    TSM_TRY(engine.start(options.blockSize));
     for (const CAuditKind& kind : auditKinds()) {
-        if (std::string(kind.name).find(word) == std::string::npos)
+        if (std::string(kind.name).find(options.word) == std::string::npos)
             continue;
         CAuditRow row;
-        const CBusyCores others(kind.isBeside ? busyCores : 0);
+        const CBusyCores others(kind.isBeside ? options.busyCores : 0);
         if (!runAudit(engine, kind, row))
             continue;
         print(row);

@@ -1,4 +1,4 @@
-#include "Tools/render/CParamTexts.h"
+#include "Tools/engine/CParamTexts.h"
 
 #include "Audio/Converters/CAudioParamConverter.h"
 

@@ -28,12 +28,15 @@ struct CHeapCalls {
     static constexpr int kMaxFrames = 24;
 
     std::int64_t callCount = 0; // requests, releases and mappings of memory
-    std::size_t largest = 0;    // bytes of the largest request
+    std::int64_t takenCount = 0;
+    std::int64_t givenCount = 0;
+    std::size_t largest = 0; // bytes of the largest request
     void* firstCall[kMaxFrames] = {};
     int firstCallDepth = 0;
 };
-/// Starts counting on this thread. Scopes don't nest.
-void beginHeapWatch() noexcept;
+/// Starts counting on this thread; the first call's stack is looked at, which takes time and memory
+/// of its own, if `keepsStack`. Scopes don't nest.
+void beginHeapWatch(bool keepsStack = true) noexcept;
 /// Ends it and tells what there was.
 [[nodiscard]] CHeapCalls endHeapWatch() noexcept;
 

@@ -1,17 +1,16 @@
-#include "Tools/render/CRenderParams.h"
+#include "Tools/engine/CEngineParams.h"
 
 #include "Audio/Converters/CAudioParamConverter.h"
 #include "Core/CText.h"
 #include "Tools/Support/CToolTable.h"
-#include "Tools/render/CParamTexts.h"
+#include "Tools/engine/CParamTexts.h"
+#include "Tools/engine/EngineNames.h"
 
 #include <algorithm>
 
 namespace tsm {
 
 namespace {
-
-constexpr const char* kMainPath = "plugin.modMain.";
 
 /// Parameters without a description are the definition's own plumbing.
 bool isReachable(const CAudioParam& param)
@@ -27,7 +26,7 @@ bool isList(const CAudioParamInfo& info)
 
 } // namespace
 
-CError* CRenderParams::find(CAudioParam*& param, const CString& name) const
+CError* CEngineParams::find(CAudioParam*& param, const CString& name) const
 {
     param = collector.find(kMainPath + name);
     if (!param || !isReachable(*param))
@@ -37,7 +36,7 @@ CError* CRenderParams::find(CAudioParam*& param, const CString& name) const
     return nullptr;
 }
 
-CError* CRenderParams::findNumeric(CAudioParam*& param, const CString& name)
+CError* CEngineParams::findNumeric(CAudioParam*& param, const CString& name)
 {
     TSM_TRY(find(param, name));
     if (param->getInfo()->shape.dataType != EAudioParamType::Number)
@@ -46,7 +45,7 @@ CError* CRenderParams::findNumeric(CAudioParam*& param, const CString& name)
     return nullptr;
 }
 
-CError* CRenderParams::parse(double& value, const CAudioParam& param, const CString& name,
+CError* CEngineParams::parse(double& value, const CAudioParam& param, const CString& name,
                              const CString& text) const
 {
     const CAudioParamInfo& info = *param.getInfo();
@@ -62,7 +61,7 @@ CError* CRenderParams::parse(double& value, const CAudioParam& param, const CStr
     return nullptr;
 }
 
-CError* CRenderParams::set(const CNamedText& setting)
+CError* CEngineParams::set(const CNamedText& setting)
 {
     CAudioParam* param = nullptr;
     TSM_TRY(find(param, setting.name));
@@ -74,7 +73,7 @@ CError* CRenderParams::set(const CNamedText& setting)
     return nullptr;
 }
 
-CError* CRenderParams::setNumbers(CAudioParam& param, const CNamedText& setting) const
+CError* CEngineParams::setNumbers(CAudioParam& param, const CNamedText& setting) const
 {
     // A comma also is a decimal separator: it divides values only where there are several.
     COwnedArray<CString> pieces;
@@ -96,13 +95,13 @@ CError* CRenderParams::setNumbers(CAudioParam& param, const CNamedText& setting)
     return nullptr;
 }
 
-void CRenderParams::noteSet(const CString& name)
+void CEngineParams::noteSet(const CString& name)
 {
     if (std::find(setNames.begin(), setNames.end(), name) == setNames.end())
         setNames.push_back(name);
 }
 
-std::vector<CString> CRenderParams::getNames() const
+std::vector<CString> CEngineParams::getNames() const
 {
     CArray<CAudioParam*> params;
     collector.listParams(params);
@@ -114,7 +113,7 @@ std::vector<CString> CRenderParams::getNames() const
     return names;
 }
 
-std::string CRenderParams::list() const
+std::string CEngineParams::list() const
 {
     std::vector<CToolRow> rows{
         {CString("Name"), "Visual name", "Range", "Default", "Unit", "Present"}};
@@ -127,7 +126,7 @@ std::string CRenderParams::list() const
     return layOutTable(rows);
 }
 
-std::vector<CNamedText> CRenderParams::getTextsOfSet() const
+std::vector<CNamedText> CEngineParams::getTextsOfSet() const
 {
     std::vector<CNamedText> texts;
     for (const CString& name : setNames)

@@ -1,11 +1,11 @@
-#include "Tools/render/CRenderWrapper.h"
+#include "Tools/engine/CEngineWrapper.h"
 
 #include "Audio/CAudioParam.h"
 #include "Tools/Support/CSoundRender.h"
 
 namespace tsm {
 
-CError* CRenderWrapper::prepare()
+CError* CEngineWrapper::prepare()
 {
     constexpr double kSetUpRate = 4000.0;
     static_assert(kSetUpRate < CSoundRender::kMinRate);
@@ -16,20 +16,20 @@ CError* CRenderWrapper::prepare()
     return nullptr;
 }
 
-void CRenderWrapper::setFormat(double rate, int channelCount, bool isDouble)
+void CEngineWrapper::setFormat(double rate, int channelCount, bool isDouble)
 {
     setSampleRate(rate);
     setChannelFormat({channelCount, isDouble, false}, {});
     setOutputFormat({channelCount, isDouble, false});
 }
 
-int CRenderWrapper::addEventParam(CAudioParam& param)
+int CEngineWrapper::addEventParam(CAudioParam& param)
 {
     eventParams.push_back(&param);
     return static_cast<int>(eventParams.size()) - 1;
 }
 
-void CRenderWrapper::onParamEvent(const CParamEvent& event)
+void CEngineWrapper::onParamEvent(const CParamEvent& event)
 {
     eventParams[static_cast<std::size_t>(event.index)]->setValue(0, 0, event.value, this);
 }

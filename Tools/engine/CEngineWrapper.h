@@ -8,7 +8,7 @@ namespace tsm {
 
 /// An instance of the engine whose host is this program: nobody listens to edits, and events reach
 /// parameters by an index table of its own, with values in their real form.
-class CRenderWrapper : public CAudioWrapper {
+class CEngineWrapper : public CAudioWrapper {
 public:
     /// Makes the instance with its parameters, which are then set before the format is. Its graph
     /// is built at a rate that is no file's: at the file's every module is made anew, with the

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioParamCollector.h"
-#include "Tools/render/CRenderOptions.h"
+#include "Tools/Support/CNamedText.h"
 
 #include <string>
 #include <vector>
@@ -10,10 +10,10 @@ namespace tsm {
 
 /// The parameters of an instance under the names that users write: relative to the main process, as
 /// in "modReelpath.recgain". Values are texts in display form.
-class CRenderParams {
+class CEngineParams {
 public:
     /// The collector is borrowed.
-    explicit CRenderParams(CAudioParamCollector& instanceParams) : collector(instanceParams) {}
+    explicit CEngineParams(CAudioParamCollector& instanceParams) : collector(instanceParams) {}
 
     /// Sets a parameter: a text one takes the text, one of several numbers takes them divided by
     /// commas. Errors: unknown name, text that its converter rejects or that lies outside of the

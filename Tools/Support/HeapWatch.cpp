@@ -1,4 +1,4 @@
-#include "Tools/conform/HeapWatch.h"
+#include "Tools/Support/HeapWatch.h"
 
 #include <algorithm>
 #include <atomic>
@@ -30,8 +30,9 @@ namespace {
 
 std::atomic<std::int64_t> blockCount = 0;
 std::atomic<std::int64_t> byteCount = 0;
-thread_local bool isWatching = false;
-thread_local CHeapCalls seen;
+constinit thread_local bool isWatching = false;
+constinit thread_local bool isStackWanted = false;
+constinit thread_local CHeapCalls seen;
 
 /// For the calling thread. Looks at the stack once, which may itself ask for memory.
 void noteCall(std::size_t size) noexcept
@@ -39,7 +40,7 @@ void noteCall(std::size_t size) noexcept
     if (!isWatching)
         return;
     isWatching = false;
-    if (++seen.callCount == 1)
+    if (++seen.callCount == 1 && isStackWanted)
         seen.firstCallDepth = backtrace(seen.firstCall, CHeapCalls::kMaxFrames);
     seen.largest = std::max(seen.largest, size);
     isWatching = true;
@@ -49,6 +50,7 @@ void noteTaken(std::size_t size, std::size_t kept) noexcept
 {
     blockCount.fetch_add(1, std::memory_order_relaxed);
     byteCount.fetch_add(static_cast<std::int64_t>(kept), std::memory_order_relaxed);
+    seen.takenCount += isWatching ? 1 : 0;
     noteCall(size);
 }
 
@@ -56,6 +58,7 @@ void noteGiven(std::size_t kept) noexcept
 {
     blockCount.fetch_sub(1, std::memory_order_relaxed);
     byteCount.fetch_sub(static_cast<std::int64_t>(kept), std::memory_order_relaxed);
+    seen.givenCount += isWatching ? 1 : 0;
     noteCall(0);
 }
 
@@ -90,10 +93,12 @@ CHeapUse getHeapUse() noexcept
     return {blockCount.load(), byteCount.load()};
 }
 
-void beginHeapWatch() noexcept
+void beginHeapWatch(bool keepsStack) noexcept
 {
     void* unused[4];
-    backtrace(unused, 4); // its first call loads a library
+    if (keepsStack)
+        backtrace(unused, 4); // its first call loads a library
+    isStackWanted = keepsStack;
     seen = {};
     isWatching = true;
 }
