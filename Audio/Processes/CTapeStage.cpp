@@ -1,42 +1,16 @@
 #include "Audio/Processes/CTapeStage.h"
 
-#include "Audio/Processes/TapeTwins.h"
-
 namespace tsm {
 
 void CTapeStage::update(const CTapeSettings& settings) noexcept
 {
-    coefficients = tapeKernels().updateTape(settings);
-    mark.renew();
-    state = {};
-    state.flutter.noise = 0;
-    state.flutter.position = coefficients.flutter.length - 1;
+    start(tapeKernels().updateTape(settings), 0);
 }
 
-void CTapeStage::setHistory(double* memory) noexcept
+void CTapeStage::work(const CTapeCoefficients& coefficients, const CTapeLane* lanes, int laneCount,
+                      int count) noexcept
 {
-    state.history = memory;
-    reset();
-}
-
-void CTapeStage::reset() noexcept
-{
-    resetTapeState(state, coefficients.flutter);
-}
-
-bool CTapeStage::isTwinOf(const CTapeStage& other) noexcept
-{
-    return state.flutter == other.state.flutter &&
-           mark.isEqual(coefficients, other.mark, other.coefficients);
-}
-
-void CTapeStage::process(const CLane* lanes, int laneCount, int count) noexcept
-{
-    const CTapeKernels& kernels = tapeKernels();
-    forEachTwins(lanes, laneCount,
-                 [&](const CTapeStage& first, const CTapeLane* twins, int twinCount) {
-                     kernels.processTape(first.coefficients, twins, twinCount, count);
-                 });
+    tapeKernels().processTape(coefficients, lanes, laneCount, count);
 }
 
 } // namespace tsm

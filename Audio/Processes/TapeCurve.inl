@@ -2,6 +2,8 @@
 // of it is compiled once per instruction set; everything has internal linkage, since a shared
 // inline function would let the linker put fused multiply-adds into the generic build.
 
+#include <math.h>
+
 namespace tsm {
 
 namespace {
