@@ -392,8 +392,8 @@ void CAudioParam::addListener(CParamListener& listener)
     listener.attach(&collector.notifier, CAudioParamCollector::listenerKey(*this));
 }
 
-CAudioParamSubscription* CAudioParam::subscribe(std::uint32_t* dirtyGroups, bool* changed,
-                                                std::int32_t group, std::int32_t element)
+CAudioParamSubscriptionPtr CAudioParam::subscribe(std::uint32_t* dirtyGroups, bool* changed,
+                                                  std::int32_t group, std::int32_t element)
 {
     assert(group >= -1 && group < kMaxParamGroups);
     if (!processValues.getHasValues()) {
@@ -401,14 +401,14 @@ CAudioParamSubscription* CAudioParam::subscribe(std::uint32_t* dirtyGroups, bool
         CLockScope hold(lock);
         processValues = values;
     }
-    auto* subscription = new CAudioParamSubscription;
+    CAudioParamSubscriptionPtr subscription(new CAudioParamSubscription);
     subscription->param = this;
     subscription->values = &processValues;
     subscription->group = group;
     subscription->element = element;
     subscription->dirtyGroups = dirtyGroups;
     subscription->changed = changed;
-    subscriptions.add(subscription);
+    subscriptions.add(subscription.get());
     const auto held = (std::uint64_t(1) << processValues.getGroupCount()) - 1;
     *dirtyGroups |= group == -1 ? static_cast<std::uint32_t>(held) : 1u << group;
     return subscription;

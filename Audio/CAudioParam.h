@@ -104,13 +104,14 @@ public:
     // Process side [audio], or [setup] with no audio thread
 
     /// Links a process to this parameter: each change that matches `group` and `element` (-1: all)
-    /// sets `*changed` and bits in `*dirtyGroups`, both of which live until unsubscribe(). The bits
+    /// sets `*changed` and bits in `*dirtyGroups`, both of which outlive the link. The bits
     /// of the groups that hold values are set at once (the one bit for a single group). A parameter
     /// that the audio thread hasn't seen yet takes over the model's values here, for which alone
     /// the parameter's lock is taken.
-    CAudioParamSubscription* subscribe(std::uint32_t* dirtyGroups, bool* changed,
-                                       std::int32_t group = -1, std::int32_t element = -1);
-    /// Ends and deletes a subscription.
+    [[nodiscard]] CAudioParamSubscriptionPtr subscribe(std::uint32_t* dirtyGroups, bool* changed,
+                                                       std::int32_t group = -1,
+                                                       std::int32_t element = -1);
+    /// Ends and deletes a subscription; for its holder.
     void unsubscribe(CAudioParamSubscription* subscription);
     /// The values that the engine uses.
     [[nodiscard]] const CAudioParamStorage& getProcessValues() const noexcept

@@ -1,5 +1,7 @@
 #include "Audio/CAudioParamSubscription.h"
 
+#include "Audio/CAudioParam.h"
+
 namespace tsm {
 
 bool CAudioParamSubscription::matches(const CAudioParamChange& change,
@@ -21,6 +23,11 @@ void CAudioParamSubscription::mark(const CAudioParamChange& change) const noexce
 {
     *changed = true;
     *dirtyGroups |= change.group == kAllParamGroups ? ~0u : 1u << change.group;
+}
+
+void CUnsubscriber::operator()(CAudioParamSubscription* subscription) const noexcept
+{
+    subscription->param->unsubscribe(subscription);
 }
 
 } // namespace tsm

@@ -3,12 +3,13 @@
 #include "Audio/CAudioParamStorage.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace tsm {
 
 class CAudioParam;
 
-/// A process's link to a parameter. Made by CAudioParam::subscribe, ended by unsubscribe. [audio]
+/// A process's link to a parameter, made by CAudioParam::subscribe. [audio]
 struct CAudioParamSubscription : CTsmMemAllocator {
     CAudioParam* param = nullptr;
     const CAudioParamStorage* values = nullptr; // the process side
@@ -23,5 +24,12 @@ struct CAudioParamSubscription : CTsmMemAllocator {
     /// Sets the flag, and the bits of the change's groups.
     void mark(const CAudioParamChange& change) const noexcept;
 };
+
+/// Ends a subscription where it is held.
+struct CUnsubscriber {
+    void operator()(CAudioParamSubscription* subscription) const noexcept;
+};
+/// A subscription that ends with its holder, before the parameter does. [audio]
+using CAudioParamSubscriptionPtr = std::unique_ptr<CAudioParamSubscription, CUnsubscriber>;
 
 } // namespace tsm

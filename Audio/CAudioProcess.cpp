@@ -1,7 +1,6 @@
 #include "Audio/CAudioProcess.h"
 
 #include "Audio/CAudioParam.h"
-#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessBypassStateDef.h"
 #include "Audio/CParamName.h"
 #include "Core/CLog.h"
@@ -10,11 +9,6 @@ namespace tsm {
 
 CAudioProcess::~CAudioProcess()
 {
-    for (CBypassState& state : bypassStates) {
-        state.param->param->unsubscribe(state.param);
-        if (state.andParam)
-            state.andParam->param->unsubscribe(state.andParam);
-    }
     CAudioProcessContainer::detach();
 }
 
@@ -44,7 +38,7 @@ void CAudioProcess::watch(CBypassState& state)
         state.andParam = subscribe(state.def->getAndParam());
 }
 
-double CAudioProcess::read(const CAudioParamSubscription* param) const
+double CAudioProcess::read(const CAudioParamSubscriptionPtr& param) const
 {
     return param ? param->values->value(getGroupIndex(), getElementIndex()) : 0.0;
 }

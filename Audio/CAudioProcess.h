@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioGraph.h"
+#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessContainer.h"
 
 namespace tsm {
@@ -33,13 +34,13 @@ private:
     /// A bypass state and what it watches.
     struct CBypassState : CTsmMemAllocator {
         const CAudioProcessBypassStateDef* def = nullptr;
-        CAudioParamSubscription* param = nullptr;
-        CAudioParamSubscription* andParam = nullptr; // null for none
+        CAudioParamSubscriptionPtr param;
+        CAudioParamSubscriptionPtr andParam; // null for none
         std::uint32_t dirtyGroups = 0;
     };
 
     void watch(CBypassState& state);
-    [[nodiscard]] double read(const CAudioParamSubscription* param) const;
+    [[nodiscard]] double read(const CAudioParamSubscriptionPtr& param) const;
     [[nodiscard]] bool isStateActive(int id) const;
     [[nodiscard]] bool takeStateChanges();
     void rebuildGraph();

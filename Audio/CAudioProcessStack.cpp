@@ -1,7 +1,6 @@
 #include "Audio/CAudioProcessStack.h"
 
 #include "Audio/CAudioParam.h"
-#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CParamName.h"
 #include "Core/CText.h"
@@ -17,8 +16,6 @@ constexpr int kMaxSeries = 32;
 
 CAudioProcessStack::~CAudioProcessStack()
 {
-    if (seriesParam)
-        seriesParam->param->unsubscribe(seriesParam);
     CAudioProcessContainer::detach();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessContainer.h"
 
 namespace tsm {
@@ -39,8 +40,8 @@ private:
     void linkInputs(CElement& element);
     [[nodiscard]] CError* fillSeries(CElement& element);
 
-    COwnedArray<CElement> elements;                 // by group
-    CAudioParamSubscription* seriesParam = nullptr; // null: one instance a group
+    COwnedArray<CElement> elements;         // by group
+    CAudioParamSubscriptionPtr seriesParam; // null: one instance a group
     std::uint32_t dirtyGroups = 0;
 };
 

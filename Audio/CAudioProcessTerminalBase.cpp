@@ -22,13 +22,6 @@ bool isSameChannel(const CAudioChannelFormat& a, const CAudioChannelFormat& b)
 
 } // namespace
 
-CAudioProcessTerminalBase::~CAudioProcessTerminalBase()
-{
-    for (CSlot& slot : slots)
-        if (slot.subscription)
-            slot.param->unsubscribe(slot.subscription);
-}
-
 CError* CAudioProcessTerminalBase::init()
 {
     TSM_TRY(CAudioProcessBase::init());

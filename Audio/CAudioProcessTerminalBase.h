@@ -9,8 +9,6 @@ namespace tsm {
 /// they hold the signal code. See `CAudioProcessTerminal` for the class to derive from.
 class CAudioProcessTerminalBase : public CAudioProcessBase {
 public:
-    ~CAudioProcessTerminalBase() override;
-
     [[nodiscard]] CError* init() override;
     void reset() override;
     void update() override;
@@ -38,7 +36,7 @@ private:
         bool isSmooth = false;
         bool useAllGroups = false;
         CAudioParam* param = nullptr;
-        CAudioParamSubscription* subscription = nullptr;
+        CAudioParamSubscriptionPtr subscription;
     };
     /// The raised-cosine gain of a crossfade by recursion: value = 0.5 to -0.5.
     struct CFade {

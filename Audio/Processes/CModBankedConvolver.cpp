@@ -34,9 +34,6 @@ CString describe(const CBankedImpulse& impulse)
 
 CModBankedConvolver::~CModBankedConvolver()
 {
-    for (CAudioParamSubscription* slot : params)
-        if (slot)
-            slot->param->unsubscribe(slot);
     endFilters();
 }
 

@@ -52,7 +52,7 @@ private:
     void processChannel(int index, const double* in, double* out, int count, double* work);
 
     const CFileSetObject* fileSet = nullptr; // borrowed from the shared tree
-    CAudioParamSubscription* params[ParamCount] = {};
+    CAudioParamSubscriptionPtr params[ParamCount];
     std::uint32_t dirtyGroups = 0;
     double rate = 0.0; // of the last load, as the count
     int channelCount = 0;

@@ -7,13 +7,6 @@
 
 namespace tsm {
 
-CModProcessSwitch::~CModProcessSwitch()
-{
-    for (CAudioParamSubscription* slot : {indexParam, countParam})
-        if (slot)
-            slot->param->unsubscribe(slot);
-}
-
 CError* CModProcessSwitch::init()
 {
     TSM_TRY(CModProcessSeq::init());
@@ -22,7 +15,7 @@ CError* CModProcessSwitch::init()
     return nullptr;
 }
 
-int CModProcessSwitch::readIndex(const CAudioParamSubscription* slot, int otherwise) const
+int CModProcessSwitch::readIndex(const CAudioParamSubscriptionPtr& slot, int otherwise) const
 {
     const double value = slot->values->value(getGroupIndex(), getElementIndex(), otherwise);
     return static_cast<int>(std::lround(value));

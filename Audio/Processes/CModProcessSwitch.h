@@ -9,16 +9,15 @@ namespace tsm {
 /// crossfade: the processes differ in latency.
 class CModProcessSwitch : public CModProcessSeq {
 public:
-    ~CModProcessSwitch() override;
     [[nodiscard]] CError* init() override;
     void update() override;
 
 private:
-    [[nodiscard]] int readIndex(const CAudioParamSubscription* slot, int otherwise) const;
+    [[nodiscard]] int readIndex(const CAudioParamSubscriptionPtr& slot, int otherwise) const;
     [[nodiscard]] CError* replaceChild(int newIndex);
 
-    CAudioParamSubscription* indexParam = nullptr;
-    CAudioParamSubscription* countParam = nullptr;
+    CAudioParamSubscriptionPtr indexParam;
+    CAudioParamSubscriptionPtr countParam;
     std::uint32_t dirtyGroups = 0;
     bool hasChosen = false;
     int index = 0;

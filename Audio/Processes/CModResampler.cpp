@@ -15,19 +15,12 @@ namespace {
 constexpr int kMaxDoublings = 3;
 constexpr int kStagesPerDoubling = 2;
 
-int readRounded(const CAudioParamSubscription* slot, double otherwise)
+int readRounded(const CAudioParamSubscriptionPtr& slot, double otherwise)
 {
     return static_cast<int>(std::lround(slot->values->value(0, 0, otherwise)));
 }
 
 } // namespace
-
-CModResampler::~CModResampler()
-{
-    for (CAudioParamSubscription* slot : {mode, hostMode})
-        if (slot)
-            slot->param->unsubscribe(slot);
-}
 
 bool CModResampler::isUp() const
 {

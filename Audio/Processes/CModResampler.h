@@ -14,7 +14,6 @@ class CModResamplerDef;
 /// there; the others have room. A change of the factor rebuilds the chain at once.
 class CModResampler : public CModProcessSeq {
 public:
-    ~CModResampler() override;
     /// Errors: a stage's definition isn't there.
     [[nodiscard]] CError* init() override;
     void update() override;
@@ -31,8 +30,8 @@ private:
     const CAudioProcessDefBase* rateStage = nullptr; // all three shared
     const CAudioProcessDefBase* steepFilter = nullptr;
     const CAudioProcessDefBase* softFilter = nullptr;
-    CAudioParamSubscription* mode = nullptr;
-    CAudioParamSubscription* hostMode = nullptr;
+    CAudioParamSubscriptionPtr mode;
+    CAudioParamSubscriptionPtr hostMode;
     std::uint32_t dirtyGroups = 0;
 };
 

@@ -31,7 +31,7 @@ TEST_F(TheAudioThread, TakesChangesWithoutASystemAllocation)
     setProcessing(true);
     std::uint32_t mask = 0;
     bool changed = false;
-    CAudioParamSubscription* subscription = nullptr;
+    CAudioParamSubscriptionPtr subscription;
     EXPECT_EQ(allocationsOf([&] { subscription = gain.subscribe(&mask, &changed); }), 0);
     gain.setValue(5, 200, 1.0);
     gain.setValue(kAllParamGroups, 0, 2.0);
@@ -41,7 +41,7 @@ TEST_F(TheAudioThread, TakesChangesWithoutASystemAllocation)
     EXPECT_EQ(allocationsOf([&] { takeChanges(); }), 0);
     EXPECT_TRUE(changed);
     EXPECT_EQ(gain.getProcessValues().getGroupCount(), 1);
-    EXPECT_EQ(allocationsOf([&] { gain.unsubscribe(subscription); }), 0);
+    EXPECT_EQ(allocationsOf([&] { subscription.reset(); }), 0);
     EXPECT_GT(allocationsOf([] { static_cast<void>(std::make_unique<CLogCollector>()); }), 0)
         << "the count works";
 }

@@ -234,7 +234,7 @@ TEST_F(AParameter, MarksWhatASubscriptionMatches)
         SCOPED_TRACE(&row - rows);
         std::uint32_t mask = 0;
         bool changed = false;
-        auto* subscription = gain->subscribe(&mask, &changed, row.group, row.element);
+        auto subscription = gain->subscribe(&mask, &changed, row.group, row.element);
         mask = 0;
         const double values[] = {1.0, 2.0, 3.0};
         gain->setValues(row.changeGroup, row.first, values, row.count, nullptr, nullptr,
@@ -242,7 +242,6 @@ TEST_F(AParameter, MarksWhatASubscriptionMatches)
         takeChanges();
         EXPECT_EQ(mask, row.mask);
         EXPECT_EQ(changed, row.mask != 0);
-        gain->unsubscribe(subscription);
     }
 }
 
@@ -252,7 +251,7 @@ TEST_F(AParameter, MarksEverySubscriberWhereThereIsOnlyOnePlace)
     takeChanges();
     std::uint32_t mask = 0;
     bool changed = false;
-    auto* subscription = mode.subscribe(&mask, &changed, 3, 4);
+    auto subscription = mode.subscribe(&mask, &changed, 3, 4);
     EXPECT_EQ(mask, 8u) << "the group asked for, at once";
     mask = 0;
     mode.setValue(2, 1, 1.0);
@@ -260,7 +259,7 @@ TEST_F(AParameter, MarksEverySubscriberWhereThereIsOnlyOnePlace)
     EXPECT_TRUE(changed);
     EXPECT_EQ(mask, 1u);
     EXPECT_EQ(subscription->values->value(3, 4), 1.0);
-    mode.unsubscribe(subscription);
+    subscription.reset();
     changed = false;
     mode.setValue(0, 0, 2.0);
     takeChanges();
@@ -272,7 +271,7 @@ TEST_F(AParameter, IsThereForAnEarlySubscriber)
     CAudioParam& fresh = param("fresh", {{"def-values", "1;2;3"}});
     std::uint32_t mask = 0;
     bool changed = false;
-    auto* subscription = fresh.subscribe(&mask, &changed);
+    auto subscription = fresh.subscribe(&mask, &changed);
     EXPECT_EQ(mask, 7u) << "three groups hold values";
     EXPECT_EQ(subscription->values->value(2, 0), 3.0) << "before the queue was taken";
     takeChanges();

@@ -87,7 +87,7 @@ TEST_F(AudioParamThreads, LeaveModelAndEngineEqual)
     CAudioParam& name = param("name", textParam("a,b"));
     std::uint32_t mask = 0;
     bool changed = false;
-    auto* subscription = name.subscribe(&mask, &changed);
+    const auto subscription = name.subscribe(&mask, &changed);
     onBlock = [&] {
         // The engine's side is its own: reading it needs no lock.
         if (std::exchange(changed, false)) {
@@ -111,7 +111,6 @@ TEST_F(AudioParamThreads, LeaveModelAndEngineEqual)
     });
     expectEngineHasModel(gain);
     expectEngineHasModel(name);
-    name.unsubscribe(subscription);
 }
 
 TEST_F(AudioParamThreads, GetFilterResultsWithTheirCauseWithoutBlockingEachOther)

@@ -128,7 +128,6 @@ public:
 /// the front and leave there.
 class CTestSeq : public CModProcessSeq {
 public:
-    ~CTestSeq() override { length->param->unsubscribe(length); }
     CError* init() override
     {
         length = findParam("length").subscribe(&dirtyGroups, getParamsChangedFlag());
@@ -150,7 +149,7 @@ public:
     }
 
 private:
-    CAudioParamSubscription* length = nullptr;
+    CAudioParamSubscriptionPtr length;
     std::uint32_t dirtyGroups = 0;
 };
 
