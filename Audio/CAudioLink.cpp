@@ -1,7 +1,7 @@
 #include "Audio/CAudioLink.h"
 
 #include "Audio/CAudioPort.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "Audio/CAudioParamChange.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 #include <utility>

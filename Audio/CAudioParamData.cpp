@@ -1,6 +1,7 @@
 #include "Audio/CAudioParamData.h"
 
 #include "Core/CLog.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #include "Audio/CAudioParamFilterBypassOS.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 namespace tsm {
 

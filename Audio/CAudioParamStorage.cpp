@@ -1,6 +1,6 @@
 #include "Audio/CAudioParamStorage.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <utility>
 

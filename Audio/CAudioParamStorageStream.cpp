@@ -1,5 +1,6 @@
 #include "Audio/CAudioParamStorage.h"
 #include "Core/CLog.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <cmath>

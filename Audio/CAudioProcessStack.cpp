@@ -3,7 +3,7 @@
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Audio/CParamName.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 

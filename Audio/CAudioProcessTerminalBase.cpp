@@ -3,7 +3,7 @@
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessDefBase.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 #include <cassert>

@@ -16,7 +16,7 @@
 #include "Core/CApplication.h"
 #include "Core/CLog.h"
 #include "Core/CMemoryReader.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 #include "Core/CWorkerThreadPool.h"
 #include "Core/CWriteSeqBuffer.h"
 #include "Other/CParamInterfaceBaseConnector.h"

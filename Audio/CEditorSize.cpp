@@ -1,6 +1,6 @@
 #include "Audio/CEditorSize.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "Audio/CParamLists.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 

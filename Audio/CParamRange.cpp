@@ -1,5 +1,6 @@
 #include "Audio/CParamRange.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 namespace tsm {

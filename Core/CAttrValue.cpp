@@ -1,5 +1,6 @@
 #include "Core/CAttrValue.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 namespace tsm {

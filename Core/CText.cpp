@@ -1,10 +1,11 @@
 #include "Core/CText.h"
 
+#include "Core/CRounding.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace tsm {
 
@@ -14,9 +15,6 @@ constexpr int kMaxDecimals = 17;
 constexpr std::array<double, kMaxDecimals + 1> kPowersOf10{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,
                                                            1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                            1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
-
-// From here on every double is an integer, and adding a half would round.
-constexpr double kAllIntegers = 0x1p52;
 
 template <class T>
 CString integerToString(T value)
@@ -231,23 +229,6 @@ CString toFixed(double value, int decimals)
     if (isNegative)
         *--begin = '-';
     return CString(begin, static_cast<int>(end - begin));
-}
-
-double roundHalfAway(double value) noexcept
-{
-    if (!(std::abs(value) < kAllIntegers))
-        return value;
-    return value < 0.0 ? -std::floor(0.5 - value) : std::floor(value + 0.5);
-}
-
-std::int32_t roundToInt(double value) noexcept
-{
-    if (std::isnan(value))
-        return 0;
-    using Limits = std::numeric_limits<std::int32_t>;
-    const double rounded = roundHalfAway(value);
-    return static_cast<std::int32_t>(std::clamp(rounded, static_cast<double>(Limits::min()),
-                                                static_cast<double>(Limits::max())));
 }
 
 bool parseInt(const CString& text, std::int32_t& out) noexcept

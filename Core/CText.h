@@ -17,12 +17,6 @@ namespace tsm {
 /// before the point. The sign is that of the rounded digits: -0.04 with one decimal is "0.0".
 [[nodiscard]] CString toFixed(double value, int decimals);
 
-/// Rounds half away from zero: floor(v + 0.5), for negatives -floor(0.5 - v).
-[[nodiscard]] double roundHalfAway(double value) noexcept;
-/// The same as an integer; values beyond the range of the type, and NaN, give the nearest limit
-/// and 0.
-[[nodiscard]] std::int32_t roundToInt(double value) noexcept;
-
 /// Reads an integer at the beginning of `text`: an optional sign, then decimal digits, hexadecimal
 /// ones behind "0x" or octal ones behind "0"; what follows is ignored ("1.0" reads 1). Returns
 /// false, and 0, when there is no digit or the number doesn't fit 32 bits.

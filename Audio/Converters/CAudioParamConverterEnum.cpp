@@ -1,6 +1,7 @@
 #include "Audio/Converters/CAudioParamConverterEnum.h"
 
 #include "Audio/CAudioParamInfo.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <algorithm>

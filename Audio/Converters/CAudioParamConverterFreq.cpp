@@ -1,5 +1,6 @@
 #include "Audio/Converters/CAudioParamConverterFreq.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 namespace tsm {

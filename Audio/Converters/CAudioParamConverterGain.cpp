@@ -1,5 +1,6 @@
 #include "Audio/Converters/CAudioParamConverterGain.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <cmath>

@@ -1,5 +1,6 @@
 #include "Audio/Converters/CAudioParamConverterReal.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <cmath>

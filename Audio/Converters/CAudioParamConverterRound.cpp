@@ -1,6 +1,6 @@
 #include "Audio/Converters/CAudioParamConverterRound.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 namespace tsm {
 

@@ -1,6 +1,7 @@
 #include "Audio/Converters/CAudioParamConverterTime.h"
 
 #include "Audio/CAudioParamInfo.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <cmath>

@@ -1,5 +1,6 @@
 #include "Audio/Processes/CImpulseLoader.h"
 
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 #include "rsk/CDSPResampler.h"
 

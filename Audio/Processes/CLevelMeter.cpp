@@ -1,6 +1,6 @@
 #include "Audio/Processes/CLevelMeter.h"
 
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 #include <cassert>

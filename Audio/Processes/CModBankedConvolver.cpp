@@ -7,6 +7,7 @@
 #include "Audio/Processes/CImpulseGain.h"
 #include "Audio/Processes/CModBankedConvolverDef.h"
 #include "Core/CLog.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 #include "rsk/CDSPRealFFTPool.h"
 

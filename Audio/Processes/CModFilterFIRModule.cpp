@@ -5,7 +5,7 @@
 #include "Audio/Processes/CModFilterFIR.h"
 #include "Audio/Processes/CModFilterFIRDef.h"
 #include "Core/CLog.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "Audio/CAudioBlockPool.h"
 #include "Audio/Filters/CAudioFilterGenArray.h"
 #include "Audio/Processes/CModFilterIIR.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <cassert>
 #include <iterator>

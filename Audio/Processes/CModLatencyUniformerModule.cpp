@@ -4,8 +4,8 @@
 #include "Audio/CAudioProcessTerminalBase.h"
 #include "Audio/Processes/CModLatencyUniformerDef.h"
 #include "Core/CLog.h"
+#include "Core/CRounding.h"
 
-#include <cmath>
 #include <cstdio>
 
 namespace tsm {
@@ -38,7 +38,7 @@ void CModLatencyUniformerModule::reset()
 void CModLatencyUniformerModule::update()
 {
     delay->reset();
-    delay->setFadeLength(static_cast<int>(std::lround(kFadeSeconds * getSampleRate())));
+    delay->setFadeLength(roundToInt(kFadeSeconds * getSampleRate()));
     delay->setDelay(chooseDelay());
 }
 

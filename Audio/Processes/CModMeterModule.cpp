@@ -5,7 +5,7 @@
 #include "Audio/CAudioProcessTerminalBase.h"
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/Processes/CModMeterDef.h"
-#include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,7 @@
 
 #include "Audio/CAudioParam.h"
 #include "Audio/Processes/CModProcessSwitchDef.h"
-
-#include <cmath>
+#include "Core/CRounding.h"
 
 namespace tsm {
 
@@ -18,7 +17,7 @@ CError* CModProcessSwitch::init()
 int CModProcessSwitch::readIndex(const CAudioParamSubscriptionPtr& slot, int otherwise) const
 {
     const double value = slot->values->value(getGroupIndex(), getElementIndex(), otherwise);
-    return static_cast<int>(std::lround(value));
+    return roundToInt(value);
 }
 
 void CModProcessSwitch::update()

@@ -3,10 +3,10 @@
 #include "Audio/CAudioParam.h"
 #include "Audio/Processes/CModResamplerDef.h"
 #include "Core/CApplication.h"
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace tsm {
 
@@ -17,7 +17,7 @@ constexpr int kStagesPerDoubling = 2;
 
 int readRounded(const CAudioParamSubscriptionPtr& slot, double otherwise)
 {
-    return static_cast<int>(std::lround(slot->values->value(0, 0, otherwise)));
+    return roundToInt(slot->values->value(0, 0, otherwise));
 }
 
 } // namespace

@@ -3,8 +3,7 @@
 #include "Audio/CAudioBlockPool.h"
 #include "Audio/CAudioModule.h"
 #include "Audio/Processes/TapeTwins.h"
-
-#include <cmath>
+#include "Core/CRounding.h"
 
 namespace tsm {
 
@@ -60,7 +59,7 @@ protected:
     /// The index of an enumerated parameter: its value, half away from zero.
     [[nodiscard]] int readIndex(const CAudioModuleParam& param) const noexcept
     {
-        return static_cast<int>(std::lround(read(param, 0.0)));
+        return roundToInt(read(param, 0.0));
     }
 
 private:

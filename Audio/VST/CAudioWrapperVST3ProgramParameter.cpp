@@ -4,8 +4,7 @@
 #include "Audio/CAudioWrapper.h"
 #include "Audio/VST/Interfaces/IUnitInfo.h"
 #include "Audio/VST/StringVST.h"
-
-#include <cmath>
+#include "Core/CRounding.h"
 
 using namespace Steinberg;
 using namespace Steinberg::Vst;
@@ -50,7 +49,7 @@ ParamValue CAudioWrapperVST3ProgramParameter::follow()
 
 void CAudioWrapperVST3ProgramParameter::toString(ParamValue value, String128 out) const
 {
-    readName(static_cast<int>(std::lround(toPlain(value))), out);
+    readName(tsm::roundToInt(toPlain(value)), out);
 }
 
 bool CAudioWrapperVST3ProgramParameter::fromString(const TChar*, ParamValue&) const
@@ -70,6 +69,6 @@ ParamValue CAudioWrapperVST3ProgramParameter::toNormalized(ParamValue plain) con
 
 void CAudioWrapperVST3ProgramParameter::changed()
 {
-    registry.selectProgram(static_cast<int>(std::lround(toPlain(getNormalized()))), &wrapper);
+    registry.selectProgram(tsm::roundToInt(toPlain(getNormalized())), &wrapper);
     Parameter::changed();
 }

@@ -1,3 +1,4 @@
+#include "Core/CRounding.h"
 #include "Core/CText.h"
 
 #include <gtest/gtest.h>
