@@ -12,6 +12,28 @@
 
 namespace tsm {
 
+/// The caller's transaction for changes that the engine shall see at one time: they go into its
+/// batch or, when it has none, into the scope's own, which is sent at the end. The lock is held.
+class CAudioParam::CTransaction {
+public:
+    CTransaction(CAudioParamCollector& paramCollector, const CAudioParamContext* given)
+        : collector(paramCollector), context(given ? *given : CAudioParamContext())
+    {
+        if (!context.batch)
+            context.batch = &own;
+    }
+    ~CTransaction() { collector.queueRecords(own); }
+    CTransaction(const CTransaction&) = delete;
+    CTransaction& operator=(const CTransaction&) = delete;
+
+    [[nodiscard]] CAudioParamContext& get() noexcept { return context; }
+
+private:
+    CAudioParamCollector& collector;
+    CAudioParamBatch own;
+    CAudioParamContext context;
+};
+
 CAudioParamLock::CAudioParamLock(const CAudioParam& target) : param(target)
 {
     param.getCollector().getUpdates().raiseHold();
@@ -31,8 +53,7 @@ CAudioParam::CAudioParam(CAudioParamCollector& owner, const CString& fullName)
 
 CAudioParam::~CAudioParam()
 {
-    for (CAudioParamSubscription* subscription : subscriptions)
-        delete subscription;
+    assert(subscriptions.isEmpty());
 }
 
 // Filters lock several parameters, in orders of their own: all holders of those locks go through
@@ -64,12 +85,10 @@ void CAudioParam::attachInfo(const CAudioParamInfo& newInfo, CAudioParamContext*
     if (present && present->isSameAs(newInfo))
         return;
     info.store(&newInfo);
+    CTransaction transaction(collector, context);
     // What a definition says is no step that can be taken back.
-    CAudioParamBatch own;
-    CAudioParamContext local;
-    local.batch = context && context->batch ? context->batch : &own;
-    takeDefaults(newInfo, local);
-    collector.queueRecords(own);
+    transaction.get().undo = nullptr;
+    takeDefaults(newInfo, transaction.get());
 }
 
 void CAudioParam::takeDefaults(const CAudioParamInfo& newInfo, CAudioParamContext& context)
@@ -154,10 +173,7 @@ void CAudioParam::reset(std::int32_t group, std::int32_t element, const void* so
     CAudioParamLock hold(*this);
     if (!info.load())
         return;
-    CAudioParamBatch own;
-    CAudioParamContext local = context ? *context : CAudioParamContext();
-    if (!local.batch)
-        local.batch = &own;
+    CTransaction transaction(collector, context);
     CAudioParamChange change;
     if (element >= 0)
         initial.copyElement(group, element, change);
@@ -166,12 +182,11 @@ void CAudioParam::reset(std::int32_t group, std::int32_t element, const void* so
     else
         initial.copyFallback(change);
     change.group = group;
-    applyChange(change, source, &local);
+    applyChange(change, source, &transaction.get());
     for (int i = 1; group == kAllParamGroups && element < 0 && i < initial.getGroupCount(); ++i) {
         initial.copyGroup(i, change);
-        applyChange(change, source, &local);
+        applyChange(change, source, &transaction.get());
     }
-    collector.queueRecords(own);
 }
 
 void CAudioParam::resetToFirst(std::int32_t group, const void* source, CAudioParamContext* context)
@@ -203,13 +218,9 @@ bool CAudioParam::applyChange(CAudioParamChange& change, const void* source,
     const CAudioParamInfo* present = info.load();
     if (!present || !(change.shape == present->shape) || !change.isValid())
         return false;
-    CAudioParamBatch own;
-    CAudioParamContext local = context ? *context : CAudioParamContext();
     // The engine sees a change and what filters made of it at one time.
-    if (!local.batch)
-        local.batch = &own;
-    makeChange(change, source, local);
-    collector.queueRecords(own);
+    CTransaction transaction(collector, context);
+    makeChange(change, source, transaction.get());
     return true;
 }
 
@@ -352,10 +363,7 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
         return nullptr;
     for (CAudioParamChange& change : changes)
         clampToLimits(change);
-    CAudioParamBatch own;
-    CAudioParamContext local = context ? *context : CAudioParamContext();
-    if (!local.batch)
-        local.batch = &own;
+    CTransaction transaction(collector, context);
     for (int i = changes.getCount(); isForAll && i < values.getGroupCount(); ++i) {
         if (values.getElementCount(i) == 0)
             continue;
@@ -365,8 +373,7 @@ CError* CAudioParam::loadValues(CInputStream& stream, std::int32_t group, const 
         emptied.shape = values.getShape();
     }
     for (CAudioParamChange& change : changes)
-        applyChange(change, source, &local);
-    collector.queueRecords(own);
+        applyChange(change, source, &transaction.get());
     return nullptr;
 }
 

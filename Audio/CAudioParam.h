@@ -132,6 +132,7 @@ public:
     void markFiltered() noexcept { isFiltered.store(true); }
 
 private:
+    class CTransaction;
     friend class CAudioParamCollector;
     friend class CAudioParamLock;
 

@@ -105,9 +105,8 @@ const CAudioParamDef* CAudioProcessBase::findParamDef(const CString& fullName) c
     const int dot = fullName.find('.');
     if (dot < 0)
         return nullptr;
-    const CObject& shared = *definition;
-    CObject* found =
-        const_cast<CObject&>(shared).findObject(CString("shared::audio") + fullName.substring(dot));
+    const CObject* found =
+        definition->findObject(CString("shared::audio") + fullName.substring(dot));
     return dynamic_cast<const CAudioParamDef*>(found);
 }
 

@@ -139,6 +139,10 @@ public:
     /// The object at a path, or null: "a.b" from the root, ".a" a child, "^a" a sibling,
     /// "shared::a" in the shared tree.
     [[nodiscard]] CObject* findObject(const CString& path);
+    [[nodiscard]] const CObject* findObject(const CString& path) const
+    {
+        return const_cast<CObject*>(this)->findObject(path); // which changes nothing
+    }
     /// Errors: nothing at the path, or an object of another class; `object` is null then.
     template <class T>
     [[nodiscard]] CError* findObjectChecked(T*& object, const CString& path);

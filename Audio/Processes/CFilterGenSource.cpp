@@ -11,9 +11,7 @@ void CFilterGenSource::findGenArray(const CAudioProcessBase& process)
 {
     const CAudioProcessDefBase& definition = process.getDefinition();
     const CString& path = definition.getAttrString("gen-array");
-    // Looking something up changes nothing; the look-up just isn't const.
-    array = dynamic_cast<const CAudioFilterGenArray*>(
-        const_cast<CAudioProcessDefBase&>(definition).findObject(path));
+    array = dynamic_cast<const CAudioFilterGenArray*>(definition.findObject(path));
     if (!array)
         logFormat("The 'gen-array' '%s' not found. // %s", path.toUtf8().c_str(),
                   process.getPath().toUtf8().c_str());

@@ -50,9 +50,7 @@ CError* CModBankedConvolver::init()
 CError* CModBankedConvolver::findFileSet()
 {
     const CString& path = definitionOf(*this).getFileSetName();
-    // Looking something up changes nothing; the look-up just isn't const.
-    auto& from = const_cast<CModBankedConvolverDef&>(definitionOf(*this));
-    fileSet = dynamic_cast<const CFileSetObject*>(from.findObject(path));
+    fileSet = dynamic_cast<const CFileSetObject*>(definitionOf(*this).findObject(path));
     if (!fileSet)
         TSM_FAIL("@tsmstr_CObject_FindError Name attribute '%1' refers to a non-existent object "
                  "'%2' ('%3')",

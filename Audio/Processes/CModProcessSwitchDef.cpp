@@ -50,8 +50,7 @@ CError* CModProcessSwitchDef::findProcess(const CAudioProcessDefBase*& target, i
         name = names.find(defaultIndex);
     const CString wanted = name ? *name : CString();
     // A name that begins with a point is looked up below this object.
-    auto& from = const_cast<CModProcessSwitchDef&>(*this);
-    target = dynamic_cast<const CAudioProcessDefBase*>(from.findObject(wanted));
+    target = dynamic_cast<const CAudioProcessDefBase*>(findObject(wanted));
     if (!target)
         TSM_FAIL("@tsmstr_CObject_FindError Name attribute '%1' refers to a non-existent object "
                  "'%2' ('%3')",

@@ -1,6 +1,7 @@
 #include "Audio/VST/CBusRequest.h"
 
 #include "Audio/VST/CSpeakerTable.h"
+#include "Audio/VST/Interfaces/Speakers.h"
 
 #include <algorithm>
 
@@ -21,16 +22,16 @@ bool CBusRequest::settle(int maxChannels, bool isSymmetric) noexcept
 bool CBusRequest::limit(int maxChannels) noexcept
 {
     bool fits = true;
-    const int inCount = CSpeakerTable::countChannels(input);
+    const int inCount = Steinberg::Vst::SpeakerArr::getChannelCount(input);
     if (inCount < 1 || inCount > maxChannels) {
         input = CSpeakerTable::findArrangement(maxChannels);
         fits = false;
     }
-    if (CSpeakerTable::countChannels(output) > maxChannels) {
+    if (Steinberg::Vst::SpeakerArr::getChannelCount(output) > maxChannels) {
         output = CSpeakerTable::findArrangement(maxChannels);
         fits = false;
     }
-    if (CSpeakerTable::countChannels(sidechain) > kMaxSidechainChannels) {
+    if (Steinberg::Vst::SpeakerArr::getChannelCount(sidechain) > kMaxSidechainChannels) {
         sidechain = CSpeakerTable::findArrangement(kMaxSidechainChannels);
         fits = false;
     }
@@ -39,8 +40,8 @@ bool CBusRequest::limit(int maxChannels) noexcept
 
 bool CBusRequest::match(bool isSymmetric) noexcept
 {
-    const int inCount = CSpeakerTable::countChannels(input);
-    const int outCount = CSpeakerTable::countChannels(output);
+    const int inCount = Steinberg::Vst::SpeakerArr::getChannelCount(input);
+    const int outCount = Steinberg::Vst::SpeakerArr::getChannelCount(output);
     if (inCount == outCount)
         return true;
     if (isSymmetric) {

@@ -1,7 +1,5 @@
 #include "Audio/VST/CSpeakerTable.h"
 
-#include <bit>
-
 namespace tsm {
 
 namespace {
@@ -29,11 +27,6 @@ std::uint64_t CSpeakerTable::findArrangement(int channelCount) noexcept
         if (row.channelCount <= channelCount)
             return row.arrangement;
     return kRows[std::size(kRows) - 1].arrangement;
-}
-
-int CSpeakerTable::countChannels(std::uint64_t arrangement) noexcept
-{
-    return std::popcount(arrangement);
 }
 
 void CSpeakerTable::listLabels(std::uint64_t arrangement, COwnedArray<CString>& labels)

@@ -14,7 +14,6 @@ public:
 
     /// The usual arrangement of at most `channelCount` (1 and above) channels. [any]
     [[nodiscard]] static std::uint64_t findArrangement(int channelCount) noexcept;
-    [[nodiscard]] static int countChannels(std::uint64_t arrangement) noexcept;
     /// Adds the labels of the arrangement's speakers, lowest bit first; a speaker without a label
     /// adds an empty text. [any]
     static void listLabels(std::uint64_t arrangement, COwnedArray<CString>& labels);

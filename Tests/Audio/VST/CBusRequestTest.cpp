@@ -1,5 +1,6 @@
 #include "Audio/VST/CBusRequest.h"
 #include "Audio/VST/CSpeakerTable.h"
+#include "Audio/VST/Interfaces/Speakers.h"
 
 #include <gtest/gtest.h>
 
@@ -59,7 +60,7 @@ TEST(TheSpeakers, HaveAsManyLabelsAsChannels)
 {
     for (int channels = 1; channels <= CSpeakerTable::kMaxChannels; ++channels) {
         const std::uint64_t arrangement = CSpeakerTable::findArrangement(channels);
-        EXPECT_EQ(CSpeakerTable::countChannels(arrangement), channels);
+        EXPECT_EQ(Steinberg::Vst::SpeakerArr::getChannelCount(arrangement), channels);
         COwnedArray<CString> labels;
         CSpeakerTable::listLabels(arrangement, labels);
         ASSERT_EQ(labels.getCount(), channels);
