@@ -10,10 +10,7 @@ using namespace Steinberg::Vst;
 CBlockRun::CBlockRun(const CVstInstance& instance, const CVstSetUp& setUp, CFindings& findings,
                      bool isInPlace)
     : owner(instance), format(setUp), finder(findings), hasOneRoom(isInPlace),
-      inputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
-      outputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
-      inputEvents(IPtr<CHostEvents>::owned(new CHostEvents)),
-      outputEvents(IPtr<CHostEvents>::owned(new CHostEvents))
+      vstCall(instance, setUp)
 {
     addBuses(kInput, inputRooms, inputs);
     addBuses(kOutput, outputRooms, outputs);
@@ -21,26 +18,10 @@ CBlockRun::CBlockRun(const CVstInstance& instance, const CVstSetUp& setUp, CFind
     hasOneRoom = hasOneRoom && getInputCount() > 0 && getInputCount() == getOutputCount();
     if (hasOneRoom)
         outputs[0] = inputs[0];
-    data.processMode = format.isOffline ? kOffline : kRealtime;
-    data.symbolicSampleSize = format.isDouble ? kSample64 : kSample32;
-    data.numInputs = static_cast<int32>(inputs.size());
-    data.numOutputs = static_cast<int32>(outputs.size());
-    data.inputs = inputs.data();
-    data.outputs = outputs.data();
-    data.inputParameterChanges = inputChanges.get();
-    data.outputParameterChanges = outputChanges.get();
-    data.inputEvents = inputEvents.get();
-    data.outputEvents = outputEvents.get();
-    data.processContext = &context;
-    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid |
-                    ProcessContext::kTimeSigValid | ProcessContext::kContTimeValid;
-    context.sampleRate = format.rate;
-    context.tempo = 120.0;
-    context.timeSigNumerator = 4;
-    context.timeSigDenominator = 4;
+    vstCall.setBuses(inputs, outputs);
 }
 
-void CBlockRun::addBuses(BusDirection dir, CRooms& rooms, std::vector<AudioBusBuffers>& buses)
+void CBlockRun::addBuses(BusDirection dir, CRooms& rooms, CVstCall::CBuses& buses)
 {
     constexpr int32 kMaxBuses = 256;
     constexpr int32 kMaxChannels = 64;
@@ -62,11 +43,12 @@ int CBlockRun::channelCountOf(const CRooms& rooms)
 
 void CBlockRun::addPoint(ParamID id, int offset, double value)
 {
-    inputChanges->add(id, offset, value);
+    vstCall.addPoint(id, offset, value);
 }
 
 void CBlockRun::flush()
 {
+    ProcessData& data = vstCall.getData();
     const ProcessData whole = data;
     data.numSamples = data.numInputs = data.numOutputs = 0;
     data.inputs = data.outputs = nullptr;
@@ -91,19 +73,14 @@ void CBlockRun::load(const CChannels& in, std::size_t at, int count)
         room->mark();
     for (AudioBusBuffers& bus : outputs)
         bus.silenceFlags = 0;
-    data.numSamples = count;
-    context.projectTimeSamples = position;
-    context.continousTimeSamples = position;
+    vstCall.getData().numSamples = count;
+    vstCall.setPosition(position);
 }
 
 tresult CBlockRun::call()
 {
-    outputChanges->clear();
-    outputEvents->clear();
-    const tresult result = owner.getProcessor().process(data);
-    inputChanges->clear();
-    inputEvents->clear();
-    position += data.numSamples;
+    const tresult result = vstCall.run();
+    position += vstCall.getData().numSamples;
     return result;
 }
 

@@ -3,9 +3,7 @@
 #include "Tools/conform/CBusRoom.h"
 #include "Tools/conform/CFindings.h"
 #include "Tools/conform/SoundMath.h"
-#include "Tools/hostlib/CHostEvents.h"
-#include "Tools/hostlib/CHostParamChanges.h"
-#include "Tools/hostlib/CVstInstance.h"
+#include "Tools/hostlib/CVstCall.h"
 
 #include <memory>
 
@@ -35,9 +33,9 @@ public:
 
     /// For cases that bend the data of a call: puts the input in place as process() does.
     void load(const CChannels& in, std::size_t at, int count);
-    [[nodiscard]] Steinberg::Vst::ProcessData& getData() { return data; }
-    [[nodiscard]] CHostEvents& getInputEvents() const { return *inputEvents; }
-    [[nodiscard]] Steinberg::Vst::ProcessContext& getContext() { return context; }
+    [[nodiscard]] Steinberg::Vst::ProcessData& getData() { return vstCall.getData(); }
+    [[nodiscard]] CHostEvents& getInputEvents() const { return vstCall.getInputEvents(); }
+    [[nodiscard]] Steinberg::Vst::ProcessContext& getContext() { return vstCall.getContext(); }
     /// Calls the plug-in with the data as they are, and drops the points.
     Steinberg::tresult call();
     /// Appends the first `count` samples of the main output's buffers.
@@ -46,8 +44,7 @@ public:
 private:
     using CRooms = std::vector<std::unique_ptr<CBusRoom>>;
 
-    void addBuses(Steinberg::Vst::BusDirection dir, CRooms& rooms,
-                  std::vector<Steinberg::Vst::AudioBusBuffers>& buses);
+    void addBuses(Steinberg::Vst::BusDirection dir, CRooms& rooms, CVstCall::CBuses& buses);
     [[nodiscard]] static int channelCountOf(const CRooms& rooms);
     void checkBlock(const CChannels& in, std::size_t at, int count);
     /// Finds it the first time only.
@@ -59,14 +56,9 @@ private:
     bool hasOneRoom; // the main output is the main input's buffers
     CRooms inputRooms;
     CRooms outputRooms;
-    std::vector<Steinberg::Vst::AudioBusBuffers> inputs;
-    std::vector<Steinberg::Vst::AudioBusBuffers> outputs;
-    Steinberg::IPtr<CHostParamChanges> inputChanges;
-    Steinberg::IPtr<CHostParamChanges> outputChanges;
-    Steinberg::IPtr<CHostEvents> inputEvents;
-    Steinberg::IPtr<CHostEvents> outputEvents;
-    Steinberg::Vst::ProcessContext context = {};
-    Steinberg::Vst::ProcessData data = {};
+    CVstCall::CBuses inputs;
+    CVstCall::CBuses outputs;
+    CVstCall vstCall;
     std::int64_t position = 0;
     bool isFailureKnown = false;
     bool isGapKnown = false;

@@ -10,36 +10,15 @@ using namespace Steinberg;
 using namespace Steinberg::Vst;
 
 CVstProcessData::CVstProcessData(const CVstInstance& instance, const CVstSetUp& setUp)
-    : owner(instance), format(setUp),
-      inputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
-      outputChanges(IPtr<CHostParamChanges>::owned(new CHostParamChanges)),
-      inputEvents(IPtr<CHostEvents>::owned(new CHostEvents)),
-      outputEvents(IPtr<CHostEvents>::owned(new CHostEvents))
+    : owner(instance), format(setUp), vstCall(instance, setUp)
 {
     addBuses(kInput, inputRooms, inputs);
     addBuses(kOutput, outputRooms, outputs);
-    data.processMode = format.isOffline ? kOffline : kRealtime;
-    data.symbolicSampleSize = format.isDouble ? kSample64 : kSample32;
-    data.numInputs = static_cast<int32>(inputs.size());
-    data.numOutputs = static_cast<int32>(outputs.size());
-    data.inputs = inputs.data();
-    data.outputs = outputs.data();
-    data.inputParameterChanges = inputChanges.get();
-    data.outputParameterChanges = outputChanges.get();
-    data.inputEvents = inputEvents.get();
-    data.outputEvents = outputEvents.get();
-    data.processContext = &context;
-    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid |
-                    ProcessContext::kTimeSigValid | ProcessContext::kContTimeValid |
-                    ProcessContext::kProjectTimeMusicValid;
-    context.sampleRate = format.rate;
-    context.tempo = 120.0;
-    context.timeSigNumerator = 4;
-    context.timeSigDenominator = 4;
+    vstCall.setBuses(inputs, outputs);
 }
 
 void CVstProcessData::addBuses(BusDirection dir, std::vector<CBusRoom>& rooms,
-                               std::vector<AudioBusBuffers>& buffers)
+                               CVstCall::CBuses& buffers)
 {
     constexpr int32 kMaxBuses = 256;
     constexpr int32 kMaxChannels = 64; // as many as an arrangement has bits
@@ -81,7 +60,7 @@ void CVstProcessData::point(CBusRoom& room, const CHostBlock& block, BusDirectio
 
 void CVstProcessData::addPoint(ParamID id, int offset, double value)
 {
-    inputChanges->add(id, offset, value);
+    vstCall.addPoint(id, offset, value);
 }
 
 CError* CVstProcessData::process(double* frames, std::int64_t position, int count)
@@ -90,10 +69,8 @@ CError* CVstProcessData::process(double* frames, std::int64_t position, int coun
     if (!block || outputRooms.empty())
         TSM_FAIL("the plug-in has no main input or no main output");
     block->setInput(frames, count);
-    data.numSamples = count;
-    context.projectTimeSamples = position;
-    context.continousTimeSamples = position;
-    context.projectTimeMusic = static_cast<double>(position) / format.rate * (context.tempo / 60.0);
+    vstCall.getData().numSamples = count;
+    vstCall.setPosition(position);
     TSM_TRY(call());
     block->getOutput(frames, count);
     return nullptr;
@@ -101,7 +78,7 @@ CError* CVstProcessData::process(double* frames, std::int64_t position, int coun
 
 CError* CVstProcessData::flush()
 {
-    data.numSamples = 0;
+    vstCall.getData().numSamples = 0;
     return call();
 }
 
@@ -109,10 +86,7 @@ CError* CVstProcessData::call()
 {
     for (AudioBusBuffers& bus : outputs)
         bus.silenceFlags = 0;
-    outputChanges->clear();
-    outputEvents->clear();
-    const tresult result = owner.getProcessor().process(data);
-    inputChanges->clear();
+    const tresult result = vstCall.run();
     if (result != kResultOk)
         TSM_FAIL("the plug-in failed to process a block (result %1)", toString(result));
     return nullptr;

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "Tools/Support/CHostBlock.h"
-#include "Tools/hostlib/CHostEvents.h"
-#include "Tools/hostlib/CHostParamChanges.h"
-#include "Tools/hostlib/CVstInstance.h"
+#include "Tools/hostlib/CVstCall.h"
 
 #include <memory>
 #include <vector>
@@ -34,7 +32,7 @@ private:
     };
 
     void addBuses(Steinberg::Vst::BusDirection dir, std::vector<CBusRoom>& rooms,
-                  std::vector<Steinberg::Vst::AudioBusBuffers>& buffers);
+                  CVstCall::CBuses& buffers);
     void point(CBusRoom& room, const CHostBlock& block, Steinberg::Vst::BusDirection dir,
                int channelCount, Steinberg::Vst::AudioBusBuffers& buffers) const;
     [[nodiscard]] CError* call();
@@ -43,14 +41,9 @@ private:
     CVstSetUp format;
     std::vector<CBusRoom> inputRooms;
     std::vector<CBusRoom> outputRooms;
-    std::vector<Steinberg::Vst::AudioBusBuffers> inputs;
-    std::vector<Steinberg::Vst::AudioBusBuffers> outputs;
-    Steinberg::IPtr<CHostParamChanges> inputChanges;
-    Steinberg::IPtr<CHostParamChanges> outputChanges;
-    Steinberg::IPtr<CHostEvents> inputEvents;
-    Steinberg::IPtr<CHostEvents> outputEvents;
-    Steinberg::Vst::ProcessContext context = {};
-    Steinberg::Vst::ProcessData data = {};
+    CVstCall::CBuses inputs;
+    CVstCall::CBuses outputs;
+    CVstCall vstCall;
 };
 
 } // namespace tsm
