@@ -255,6 +255,8 @@ void CAudioWrapper::setSampleRate(double rate)
 
 void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
 {
+    if (isSameLayout(main, mainLayout) && isSameLayout(sidechain, sidechainLayout))
+        return;
     const CLockScope lock(audioEnv->lock);
     if (main.channelCount != mainLayout.channelCount ||
         sidechain.channelCount != sidechainLayout.channelCount)
@@ -265,9 +267,9 @@ void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout&
 
 void CAudioWrapper::setOutputFormat(const CHostLayout& output)
 {
-    const CLockScope lock(audioEnv->lock);
     if (isSameLayout(output, outputLayout))
         return;
+    const CLockScope lock(audioEnv->lock);
     if (output.channelCount != outputLayout.channelCount)
         formatChanged = true;
     outputLayout = output;
@@ -294,8 +296,9 @@ void CAudioWrapper::updateRouting(CAudioParamContext* context)
 
 void CAudioWrapper::setOffline(bool isOffline)
 {
-    hostValues.setOffline(isOffline, getSampleRate(), settings.oversamplingLevel,
-                          switches.autoRtMode);
+    // The rate counts offline only: no lock in a block that is heard.
+    const double rate = isOffline ? getSampleRate() : 0.0;
+    hostValues.setOffline(isOffline, rate, settings.oversamplingLevel, switches.autoRtMode);
 }
 
 void CAudioWrapper::setHostBPM(double bpm)

@@ -72,9 +72,10 @@ public:
 
     /// The host's rate in Hz, above 0. [setup]
     void setSampleRate(double rate);
-    /// The host's inputs: those of the main bus, then those of the side-chain. [setup]
+    /// The host's inputs: those of the main bus, then those of the side-chain. [setup|audio] A lock
+    /// only for other ones than before.
     void setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain);
-    /// The host's outputs. [setup]
+    /// The host's outputs. [setup|audio] The same.
     void setOutputFormat(const CHostLayout& output);
     /// The side-chain's buffers for the next block; borrowed. [audio]
     void setSidechainBuffers(const void* const* buffers) noexcept { sidechainBuffers = buffers; }
@@ -204,7 +205,7 @@ private:
     CMap<CAudioParam*, CExtParamIndices> extParamIndices;
     CWrapperGraph graph;
 
-    // The environment's lock guards these.
+    // The environment's lock guards these; who writes them may look without it.
     CHostLayout mainLayout{1, true, false};
     CHostLayout sidechainLayout{0, true, false};
     CHostLayout outputLayout{1, true, false};
