@@ -9,8 +9,6 @@ namespace tsm {
 namespace {
 
 constexpr int kDelayBlockSize = 1024;
-// A link's delays always fade over this time, whatever the processes around them are set to.
-constexpr double kDelayFadeSeconds = 0.015;
 
 } // namespace
 
@@ -94,7 +92,7 @@ void CAudioLink::fitDelay(CAudioBlockPool& pool, int index, int wanted)
         return;
     if (isNew)
         lane.delay.reset(new CDSPModDelay(pool, kDelayBlockSize));
-    lane.delay->setFadeLength(roundToInt(format.sampleRate * kDelayFadeSeconds));
+    lane.delay->setFadeLength(roundToInt(format.sampleRate * CDSPModDelay::kUsualFadeSeconds));
     if (isNew && lane.hasPassed)
         lane.delay->joinSignal(wanted);
     else

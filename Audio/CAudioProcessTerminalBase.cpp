@@ -1,7 +1,6 @@
 #include "Audio/CAudioProcessTerminalBase.h"
 
 #include "Audio/CAudioParam.h"
-#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessDefBase.h"
 #include "Core/CRounding.h"
 
@@ -286,7 +285,7 @@ void CAudioProcessTerminalBase::startFade(CRecord& record) const
     const double step = std::numbers::pi / xfadeSamples;
     for (int i = 0; i < module.outputCount; ++i) {
         latency = std::max(latency, module.outputs[i].latency);
-        record.fades[i] = {0.5, 0.5 * std::sin(std::numbers::pi / 2 - step), 2.0 * std::cos(step)};
+        record.fades[i].start(step, 0.5 * std::sin(std::numbers::pi / 2 - step));
     }
     record.waitSamples = latency - getInputLatency();
     record.fadeSamples = xfadeSamples;
@@ -393,16 +392,10 @@ void CAudioProcessTerminalBase::mixChannel(CRecord& record, int channel)
     CAudioBlockRef mixed = getPool().take(length);
     const double* newSamples = fresh.read();
     const double* oldSamples = former.read();
-    double* __restrict out = mixed.write();
+    double* const out = mixed.write();
     std::copy_n(oldSamples, waitEnd, out);
-    CFade fade = record.fades[channel];
-    for (int i = waitEnd; i < fadeEnd; ++i) {
-        out[i] = (0.5 - fade.value) * newSamples[i] + (0.5 + fade.value) * oldSamples[i];
-        const double next = fade.twoCos * fade.value - fade.previous;
-        fade.previous = fade.value;
-        fade.value = next;
-    }
-    record.fades[channel] = fade;
+    record.fades[channel].mix(oldSamples + waitEnd, newSamples + waitEnd, out + waitEnd,
+                              fadeEnd - waitEnd);
     std::copy(newSamples + fadeEnd, newSamples + length, out + fadeEnd);
     fresh = std::move(mixed);
 }

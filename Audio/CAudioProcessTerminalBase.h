@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Audio/CAudioModule.h"
+#include "Audio/CAudioParamSubscription.h"
 #include "Audio/CAudioProcessBase.h"
+#include "Audio/CCosineFade.h"
 
 namespace tsm {
 
@@ -38,12 +40,6 @@ private:
         CAudioParam* param = nullptr;
         CAudioParamSubscriptionPtr subscription;
     };
-    /// The raised-cosine gain of a crossfade by recursion: value = 0.5 to -0.5.
-    struct CFade {
-        double value = 0.0;
-        double previous = 0.0;
-        double twoCos = 0.0;
-    };
     /// One channel's module, and the one that it is being faded from.
     struct CRecord : CTsmMemAllocator {
         CPtr<CAudioModule> current;
@@ -52,7 +48,7 @@ private:
         bool isChangePending = false; // another change came during the fade
         int waitSamples = 0;          // until the new module's signal has come through its delay
         int fadeSamples = 0;
-        CFade fades[kMaxPortChannels];
+        CCosineFade fades[kMaxPortChannels];
     };
 
     [[nodiscard]] CError* makeSlots();

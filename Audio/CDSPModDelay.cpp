@@ -63,9 +63,7 @@ void CDSPModDelay::startFade(int samples)
     delay = samples;
     pendingDelay = -1;
     fadeSteps = fadeLength;
-    fadeValue = 0.5;
-    fadePrevious = 0.5 * std::cos(step);
-    fadeFactor = 2.0 * std::cos(step);
+    fade.start(step, 0.5 * std::cos(step));
 }
 
 void CDSPModDelay::endFade()
@@ -130,19 +128,7 @@ void CDSPModDelay::readPlain(double* out, int count)
 void CDSPModDelay::readFading(double* out, int count)
 {
     const double* former = at(back(oldDelay));
-    const double* wanted = at(back(delay));
-    // Locals: a store to out[] could alias a member and force a reload each sample.
-    double value = fadeValue;
-    double previous = fadePrevious;
-    const double factor = fadeFactor;
-    for (int i = 0; i < count; ++i) {
-        out[i] = (0.5 + value) * former[i] + (0.5 - value) * wanted[i];
-        const double next = factor * value - previous;
-        previous = value;
-        value = next;
-    }
-    fadeValue = value;
-    fadePrevious = previous;
+    fade.mix(former, at(back(delay)), out, count);
     fadeSteps -= count;
     if (fadeSteps == 0)
         endFade();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/CAudioBlockPool.h"
+#include "Audio/CCosineFade.h"
 #include "Core/COwnedArray.h"
 
 namespace tsm {
@@ -12,8 +13,12 @@ namespace tsm {
 /// [audio]
 class CDSPModDelay : public CCheckedObject, public CTsmMemAllocator {
 public:
+    static constexpr int kUsualBlockSize = 512; // samples
+    /// Of a delay that makes up for latency, whatever the processes around it are set to.
+    static constexpr double kUsualFadeSeconds = 0.015;
+
     /// `blockSize` is the length of a ring block in samples, a power of two.
-    CDSPModDelay(CAudioBlockPool& blockPool, int blockSize);
+    explicit CDSPModDelay(CAudioBlockPool& blockPool, int blockSize = kUsualBlockSize);
     CDSPModDelay(const CDSPModDelay&) = delete;
     CDSPModDelay& operator=(const CDSPModDelay&) = delete;
 
@@ -72,10 +77,7 @@ private:
     int fadeSteps = 0;
     int joinSteps = 0; // until the line holds what `pendingDelay` needs
     int joined = 0;    // samples of the joined signal that it holds
-    // The raised cosine by recursion: next = factor * value - previous.
-    double fadeValue = 0.0;
-    double fadePrevious = 0.0;
-    double fadeFactor = 0.0;
+    CCosineFade fade;
     bool hasSignal = false;
     int writePosition = 0;
     COwnedArray<CSlot> ring;

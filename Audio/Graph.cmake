@@ -17,6 +17,7 @@ add_library(tsm_graph STATIC
     CAudioProcessLinkDef.cpp
     CAudioProcessStack.cpp
     CAudioProcessTerminalBase.cpp
+    CCosineFade.cpp
     CDSPModDelay.cpp
     CModProcessSeq.cpp
     CParamRange.cpp)

@@ -18,8 +18,6 @@ namespace tsm {
 
 namespace {
 
-constexpr int kRingBlock = 512;
-
 const CModBankedConvolverDef& definitionOf(const CAudioProcessBase& process)
 {
     return static_cast<const CModBankedConvolverDef&>(process.getDefinition());
@@ -200,7 +198,7 @@ void CModBankedConvolver::fitDelays()
         return;
     }
     while (delays.getCount() < channelCount)
-        delays.create(getPool(), kRingBlock).setDelay(latency);
+        delays.create(getPool()).setDelay(latency);
 }
 
 void CModBankedConvolver::setStatus(const CString& text)

@@ -8,8 +8,6 @@ namespace tsm {
 
 namespace {
 
-constexpr int kRingBlock = 512;
-
 void decimate(const double* __restrict in, double* __restrict out, int count) noexcept
 {
     for (int i = 0; i < count; ++i)
@@ -38,7 +36,7 @@ void CModDecimator::makeDelays(bool isOdd, int channelCount)
 {
     delays.clear();
     for (int i = 0; isOdd && i < channelCount; ++i) {
-        delays.add(new CDSPModDelay(getPool(), kRingBlock));
+        delays.add(new CDSPModDelay(getPool()));
         delays[i].setDelay(1);
     }
 }

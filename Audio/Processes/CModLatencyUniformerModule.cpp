@@ -12,9 +12,6 @@ namespace tsm {
 
 namespace {
 
-constexpr int kRingBlock = 512;
-constexpr double kFadeSeconds = 0.015;
-
 void logOnce(const char* text, const CAudioModule& module)
 {
     // All channels of the process have the same to say.
@@ -26,7 +23,7 @@ void logOnce(const char* text, const CAudioModule& module)
 
 void CModLatencyUniformerModule::init()
 {
-    delay.reset(new CDSPModDelay(getPool(), kRingBlock));
+    delay.reset(new CDSPModDelay(getPool()));
 }
 
 void CModLatencyUniformerModule::reset()
@@ -38,7 +35,7 @@ void CModLatencyUniformerModule::reset()
 void CModLatencyUniformerModule::update()
 {
     delay->reset();
-    delay->setFadeLength(roundToInt(kFadeSeconds * getSampleRate()));
+    delay->setFadeLength(roundToInt(CDSPModDelay::kUsualFadeSeconds * getSampleRate()));
     delay->setDelay(chooseDelay());
 }
 
