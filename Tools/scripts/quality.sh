@@ -65,7 +65,7 @@ build()
 # table FILTER: prints what the filter makes of all figures.
 table()
 {
-    jq --slurp --raw-output "$figures $1" "$out"/{processes,filters,wrapper,dsp,first_load,component,peers,interface}.json
+    jq --slurp --raw-output "$figures $1" "$out"/{processes,filters,wrapper,dsp,first_load,component,memory,peers,interface}.json
 }
 
 conformance()
@@ -105,7 +105,10 @@ cost()
     bench wrapper --benchmark_filter='wholeInstance|withBothMeters|plainChain|oversampledInstance|startSharedTree|furtherInstance'
     bench dsp --benchmark_filter='convolve(Block/(4498|26240)/|AsDescribed)|zita|worstBlock|^(fftw|fma|avx512)/|(resample|soxr)Impulse'
     bench first_load
-    bench component
+    bench component --benchmark_filter=-instanceMemory
+    # In a process of its own: what others have given back would be used again and not counted.
+    "$bin/bench_component" --benchmark_format=json --benchmark_filter=instanceMemory \
+        >"$out/memory.json" 2>"$out/memory.log"
     bench peers
     bench interface
     local build=fma
