@@ -1,5 +1,5 @@
-#include "Core/CRounding.h"
 #include "Core/CText.h"
+#include "Core/CRounding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
+#include "Tools/Support/HeapWatch.h"
 #include "Tools/conform/CBlockRun.h"
 #include "Tools/conform/CPlugin.h"
 #include "Tools/conform/ConformCases.h"
-#include "Tools/Support/HeapWatch.h"
 #include "Tools/conform/ProcessResources.h"
 
 #include <cstdio>

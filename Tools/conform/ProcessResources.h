@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Tools/conform/CFindings.h"
 #include "Tools/Support/HeapWatch.h"
+#include "Tools/conform/CFindings.h"
 
 namespace tsm {
 

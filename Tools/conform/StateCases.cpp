@@ -1,7 +1,7 @@
+#include "Tools/Support/HeapWatch.h"
 #include "Tools/conform/CLivePlugin.h"
 #include "Tools/conform/COddStream.h"
 #include "Tools/conform/ConformCases.h"
-#include "Tools/Support/HeapWatch.h"
 
 #include "Audio/VST/VstText.h"
 
