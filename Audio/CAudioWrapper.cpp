@@ -6,11 +6,9 @@
 #include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
-#include "Audio/CAudioParamUndoStep.h"
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/CExclusiveScope.h"
 #include "Audio/CParamListener.h"
-#include "Audio/CParamLists.h"
 #include "Audio/CPresetDataIds.h"
 #include "Audio/CRegistryListener.h"
 #include "Core/CApplication.h"
@@ -35,20 +33,6 @@ double secondsNow()
 {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration<double>(now).count();
-}
-
-bool isSameLayout(const CHostLayout& a, const CHostLayout& b)
-{
-    return a.channelCount == b.channelCount && a.isDouble == b.isDouble &&
-           a.isInterleaved == b.isInterleaved;
-}
-
-bool areSameTexts(const COwnedArray<CString>& a, const COwnedArray<CString>& b)
-{
-    bool isSame = a.getCount() == b.getCount();
-    for (int i = 0; isSame && i < a.getCount(); ++i)
-        isSame = a[i] == b[i];
-    return isSame;
 }
 
 /// Has nobody told of changes on this thread: hosts and listeners may keep it up.
@@ -135,6 +119,7 @@ CError* CAudioWrapper::init()
     TSM_TRY(createTree());
     TSM_TRY(readProject());
     TSM_TRY(resolveObjects());
+    hostFormat.setEnv(*audioEnv);
     params.bind(*paramCollector, switches);
     TSM_TRY(graph.create(*plugin, *audioEnv, *paramCollector, *vizCollector));
     loadWindowSize();
@@ -242,51 +227,30 @@ void CAudioWrapper::onMainWindowSize()
 
 void CAudioWrapper::setSampleRate(double rate)
 {
-    assert(rate > 0.0);
-    {
-        const CLockScope lock(audioEnv->lock);
-        if (rate == audioEnv->sampleRate)
-            return;
-        audioEnv->sampleRate = rate;
-        formatChanged = true;
-    }
-    interfaceBase->tellSampleRate();
+    if (hostFormat.setSampleRate(rate))
+        interfaceBase->tellSampleRate();
 }
 
 void CAudioWrapper::setChannelFormat(const CHostLayout& main, const CHostLayout& sidechain)
 {
-    if (isSameLayout(main, mainLayout) && isSameLayout(sidechain, sidechainLayout))
-        return;
-    const CLockScope lock(audioEnv->lock);
-    if (main.channelCount != mainLayout.channelCount ||
-        sidechain.channelCount != sidechainLayout.channelCount)
-        formatChanged = true;
-    mainLayout = main;
-    sidechainLayout = sidechain;
+    hostFormat.setInputs(main, sidechain);
 }
 
 void CAudioWrapper::setOutputFormat(const CHostLayout& output)
 {
-    if (isSameLayout(output, outputLayout))
-        return;
-    const CLockScope lock(audioEnv->lock);
-    if (output.channelCount != outputLayout.channelCount)
-        formatChanged = true;
-    outputLayout = output;
+    hostFormat.setOutput(output);
 }
 
 void CAudioWrapper::setChannelNames(CHostChannelNames&& names)
 {
-    const CLockScope lock(routingLock);
-    routing.setChannelNames(std::move(names));
+    hostChannels.setNames(std::move(names));
 }
 
 void CAudioWrapper::updateRouting(bool force, CAudioParamContext* context)
 {
-    // Listeners hear of it behind the lock, which they may want.
+    // Listeners hear of it behind the names' lock, which they may want.
     const CAudioParamHold updates(*paramCollector);
-    const CLockScope lock(routingLock);
-    routing.run(force, product.intChannelCount, this, context);
+    hostChannels.updateRouting(force, product.intChannelCount, this, context);
 }
 
 void CAudioWrapper::updateRouting(CAudioParamContext* context)
@@ -342,26 +306,22 @@ std::int32_t CAudioWrapper::getGroupCount()
 
 std::int32_t CAudioWrapper::getInChannelCount()
 {
-    const CLockScope lock(audioEnv->lock);
-    return mainLayout.channelCount;
+    return hostFormat.getMainCount();
 }
 
 std::int32_t CAudioWrapper::getOutChannelCount()
 {
-    const CLockScope lock(audioEnv->lock);
-    return outputLayout.channelCount;
+    return hostFormat.getOutputCount();
 }
 
 std::int32_t CAudioWrapper::getSidechainChannelCount()
 {
-    const CLockScope lock(audioEnv->lock);
-    return sidechainLayout.channelCount;
+    return hostFormat.getSidechainCount();
 }
 
 double CAudioWrapper::getSampleRate()
 {
-    const CLockScope lock(audioEnv->lock);
-    return audioEnv->sampleRate;
+    return hostFormat.getSampleRate();
 }
 
 // Edits
@@ -386,37 +346,9 @@ void CAudioWrapper::endParamEdit(CAudioParam& param, std::int32_t group, std::in
         endEdit(index);
 }
 
-void CAudioWrapper::listHostChannelNames(COwnedArray<CString>& names)
-{
-    const CLockScope lock(routingLock);
-    const CHostChannelNames& host = routing.getChannelNames();
-    for (const COwnedArray<CString>* list : {&host.main, &host.sidechain})
-        for (const CString& name : *list)
-            names.create() = name;
-}
-
 void CAudioWrapper::importChannelLabels(const COwnedArray<CString>& names)
 {
-    if (!params.inChannelNames)
-        return;
-    COwnedArray<CString> hostNames;
-    if (names.isEmpty()) {
-        listHostChannelNames(hostNames);
-        if (!hostNames.isEmpty())
-            importChannelLabels(hostNames);
-        return;
-    }
-    COwnedArray<CString> present;
-    {
-        const CAudioParamLock lock(*params.inChannelNames);
-        readParamTexts(*params.inChannelNames, present);
-    }
-    if (areSameTexts(names, present))
-        return;
-    const CAudioParamUndoStep step(interfaceBase, "Channel label import");
-    CAudioParamContext context;
-    context.undo = step.getRecorder();
-    writeParamTexts(*params.inChannelNames, names, this, &context);
+    hostChannels.importLabels(names, interfaceBase, this);
 }
 
 // State
@@ -511,8 +443,9 @@ void CAudioWrapper::primeGraph()
     events.rewind();
     [[maybe_unused]] const bool hasEvents = dispatchEvents(0, length);
     takeChanges(true, length);
-    for (int channel = 0; channel < mainLayout.channelCount + sidechainLayout.channelCount;
-         ++channel)
+    const int inputCount =
+        hostFormat.getMain().channelCount + hostFormat.getSidechain().channelCount;
+    for (int channel = 0; channel < inputCount; ++channel)
         *graph.beginInput(channel, length) = 0.0;
     graph.run();
     graph.release();
@@ -531,7 +464,7 @@ void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs
     const int formerLatency = audioEnv->latency;
     applyFormat();
     events.rewind();
-    const CHostOutput output(outputs, outputLayout);
+    const CHostOutput output(outputs, hostFormat.getOutput());
     for (int done = 0; done < count;) {
         int length = std::min(kMaxSubBlock, count - done);
         const bool hasEvents = dispatchEvents(done, length);
@@ -549,18 +482,12 @@ void CAudioWrapper::processBlock(const void* const* inputs, void* const* outputs
 
 bool CAudioWrapper::applyFormat()
 {
-    if (!formatChanged)
-        return false;
-    int channelCount = 0;
+    int inputCount = 0;
     double rate = 0.0;
-    {
-        const CLockScope lock(audioEnv->lock);
-        formatChanged = false;
-        channelCount = mainLayout.channelCount + sidechainLayout.channelCount;
-        rate = audioEnv->sampleRate;
-    }
+    if (!hostFormat.take(inputCount, rate))
+        return false;
     interfaceBase->tellIoChannelCounts();
-    graph.publishInput(channelCount, rate);
+    graph.publishInput(inputCount, rate);
     return true;
 }
 
@@ -618,10 +545,10 @@ void CAudioWrapper::processSubBlock(const void* const* inputs, const CHostOutput
 
 void CAudioWrapper::copyIn(const void* const* inputs, int done, int length)
 {
-    const CHostInput main(inputs, mainLayout);
+    const CHostInput main(inputs, hostFormat.getMain());
     for (int channel = 0; channel < main.getChannelCount(); ++channel)
         main.read(channel, done, graph.beginInput(channel, length), length);
-    const CHostInput sidechain(sidechainBuffers, sidechainLayout);
+    const CHostInput sidechain(sidechainBuffers, hostFormat.getSidechain());
     for (int channel = 0; channel < sidechain.getChannelCount(); ++channel)
         sidechain.read(channel, done, graph.beginInput(main.getChannelCount() + channel, length),
                        length);

@@ -4,15 +4,14 @@
 #include "Audio/CAudioInterfaceDataProvider.h"
 #include "Audio/CAudioRoutingInfoProvider.h"
 #include "Audio/CEditorSize.h"
-#include "Audio/CHostBuffers.h"
+#include "Audio/CHostChannels.h"
+#include "Audio/CHostFormat.h"
 #include "Audio/CHostValues.h"
 #include "Audio/CParamEventQueue.h"
 #include "Audio/CProductData.h"
-#include "Audio/CRoutingUpdate.h"
 #include "Audio/CWrapperGraph.h"
 #include "Audio/CWrapperParams.h"
 #include "Audio/CWrapperSettings.h"
-#include "Platform/CCriticalSection.h"
 
 #include <atomic>
 
@@ -171,7 +170,6 @@ private:
     void watchWindowSize();
     void onMainWindowSize();
     bool updateWindowSize();
-    void listHostChannelNames(COwnedArray<CString>& names);
     [[nodiscard]] int findExtParam(CAudioParam& param, std::int32_t group,
                                    std::int32_t element) const;
 
@@ -201,15 +199,10 @@ private:
     CWrapperSettings settings;
     CWrapperParams params;
     CHostValues hostValues{params};
-    CRoutingUpdate routing{params};
+    CHostFormat hostFormat;
+    CHostChannels hostChannels{params};
     CMap<CAudioParam*, CExtParamIndices> extParamIndices;
     CWrapperGraph graph;
-
-    // The environment's lock guards these; who writes them may look without it.
-    CHostLayout mainLayout{1, true, false};
-    CHostLayout sidechainLayout{0, true, false};
-    CHostLayout outputLayout{1, true, false};
-    std::atomic<bool> formatChanged = true; // written under it, looked at without
 
     double blockRate = 44100.0; // of the environment, taken once a block; [audio]
     const void* const* sidechainBuffers = nullptr;
@@ -220,7 +213,6 @@ private:
     CEditorSize editorSize;
     CPtr<CWinSizeParamListener> windowSizeListener;
     CPtr<CHostProgramListener> programListener;
-    CCriticalSection routingLock{4000};
 };
 
 } // namespace tsm

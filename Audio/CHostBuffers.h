@@ -10,6 +10,8 @@ struct CHostLayout {
     int channelCount = 0;
     bool isDouble = true; // 64-bit samples, else 32-bit ones
     bool isInterleaved = false;
+
+    bool operator==(const CHostLayout&) const = default;
 };
 
 /// The samples that a host hands over, as the engine reads them. Borrows the host's buffers.

@@ -3,6 +3,8 @@ add_library(tsm_wrapper STATIC
     CAudioWrapper.cpp
     CEditorSize.cpp
     CHostBuffers.cpp
+    CHostChannels.cpp
+    CHostFormat.cpp
     CHostValues.cpp
     CParamEventQueue.cpp
     CParamLists.cpp

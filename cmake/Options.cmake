@@ -36,7 +36,7 @@ function(tsm_add_test name)
     add_executable(${name} ${arg_SOURCES} ${TSM_OWN_DATA_FOLDER})
     target_compile_options(${name} PRIVATE ${TSM_VECTOR_OPTIONS})
     target_link_libraries(${name} PRIVATE tsm_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+    gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()
 
 # tsm_add_bench(name SOURCES... LIBS...): one benchmark program.
