@@ -2,26 +2,16 @@
 #include "Audio/CAudioExtParamList.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
 #include "Core/CPtr.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace tsm {
 namespace {
 
 constexpr int kWritesPerBlock = 32; // what is taken of one automation curve in a host block
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
 
 /// The objects of an instance, with one host parameter described and the engine running.
 class CBenchInstance {

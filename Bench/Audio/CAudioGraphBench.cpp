@@ -5,6 +5,7 @@
 #include "Audio/CAudioProcessDef.h"
 #include "Audio/CAudioProcessLinkDef.h"
 #include "Audio/CAudioProcessTerminal.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
 #include "Tests/Support/CDocumentBytes.h"
 
@@ -44,14 +45,6 @@ class CEndDef : public CAudioProcessDefBase {
 public:
     [[nodiscard]] CAudioProcessBase* createInstance() const override { return new CEndProcess; }
 };
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    handleError(error);
-    std::abort();
-}
 
 CTestNode chainOf(int processCount)
 {

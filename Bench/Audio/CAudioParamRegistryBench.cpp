@@ -1,35 +1,19 @@
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamRegistry.h"
-#include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Audio/CBenchWrapper.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
 #include "Core/CMemoryReader.h"
 #include "Core/CWriteSeqBuffer.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 namespace tsm {
 namespace {
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
-
-class CBenchWrapper : public CAudioWrapper {
-public:
-    void performEdit(std::int32_t, double) override {}
-    void onProgramChange() override {}
-    void beginEdit(std::int32_t) override {}
-    void endEdit(std::int32_t) override {}
-};
 
 /// An instance whose engine stands; its queue is emptied after each round, as the audio thread does
 /// it, so that it has the same length in all of them.
@@ -38,11 +22,7 @@ public:
     CRegistryBench()
     {
         check(startProduct(application));
-        wrapper = std::make_unique<CBenchWrapper>();
-        check(wrapper->init());
-        wrapper->setChannelFormat({2, true, false}, {});
-        wrapper->setOutputFormat({2, true, false});
-        wrapper->afterInit();
+        wrapper = CBenchWrapper::make();
         registry = CAudioParamRegistry::find(getCollector(), "plugin.param-registry");
         undo = dynamic_cast<CAudioParamUndo*>(getCollector().findObject("plugin.interface-base"));
         if (!registry || !undo)

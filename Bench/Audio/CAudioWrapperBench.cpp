@@ -1,6 +1,7 @@
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/ProductCreators.h"
 #include "Bench/Audio/CBenchWrapper.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
 #include "Core/COutputStream.h"
 #include "Tests/Support/ResidentMemory.h"
@@ -30,7 +31,7 @@ void runInstance(benchmark::State& state, std::initializer_list<const char*> wat
 {
     const auto count = static_cast<int>(state.range(0));
     CApplication application;
-    checkBench(startProduct(application));
+    check(startProduct(application));
     const auto wrapper = CBenchWrapper::make();
     wrapper->startProcessing();
     CAudioVizCollector& viz = wrapper->getVizCollector();
@@ -54,7 +55,7 @@ void runInstance(benchmark::State& state, std::initializer_list<const char*> wat
         at = (at + static_cast<std::size_t>(count)) % 65536;
         untilRequest -= count;
         if (untilRequest <= 0 && watched.size() > 0) {
-            checkBench(viz.writeStream(window, 30.0));
+            check(viz.writeStream(window, 30.0));
             untilRequest = 44100 / 30;
         }
     }
@@ -86,7 +87,7 @@ void startSharedTree(benchmark::State& state)
 {
     for (auto _ : state) {
         CApplication application;
-        checkBench(startProduct(application));
+        check(startProduct(application));
         benchmark::DoNotOptimize(application.getSharedRoot());
     }
 }
@@ -96,7 +97,7 @@ BENCHMARK(startSharedTree)->Unit(benchmark::kMillisecond);
 void furtherInstance(benchmark::State& state)
 {
     CApplication application;
-    checkBench(startProduct(application));
+    check(startProduct(application));
     const auto first = CBenchWrapper::make();
     for (auto _ : state)
         benchmark::DoNotOptimize(CBenchWrapper::make());
@@ -108,7 +109,7 @@ void instanceMemory(benchmark::State& state)
 {
     constexpr int kInstances = 64;
     CApplication application;
-    checkBench(startProduct(application));
+    check(startProduct(application));
     std::vector<std::unique_ptr<CBenchWrapper>> instances;
     instances.push_back(CBenchWrapper::make());
     const double before = residentBytes();

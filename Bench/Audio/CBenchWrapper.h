@@ -3,22 +3,11 @@
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioWrapper.h"
-#include "Core/CError.h"
+#include "Bench/Support/Check.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 namespace tsm {
-
-/// Ends the program on an error: a benchmark of something else would be none.
-inline void checkBench(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
 
 /// An instance whose host hears nothing.
 class CBenchWrapper : public CAudioWrapper {
@@ -32,7 +21,7 @@ public:
     [[nodiscard]] static std::unique_ptr<CBenchWrapper> make()
     {
         auto wrapper = std::make_unique<CBenchWrapper>();
-        checkBench(wrapper->init());
+        check(wrapper->init());
         wrapper->setChannelFormat({2, true, false}, {});
         wrapper->setOutputFormat({2, true, false});
         wrapper->afterInit();

@@ -1,8 +1,9 @@
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioInterfaceClient.h"
 #include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioWrapper.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Audio/CBenchWrapper.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
 #include "Core/CStdEventBridge.h"
 #include "Other/CParamInterfaceClientConnectorUni.h"
@@ -12,8 +13,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -27,34 +26,14 @@ constexpr int kMessagesPerTick = 32;
 constexpr int kBlock = 64;
 constexpr double kRate = 48000.0;
 
-class CBenchWrapper : public CAudioWrapper {
-public:
-    void performEdit(std::int32_t, double) override {}
-    void onProgramChange() override {}
-    void beginEdit(std::int32_t) override {}
-    void endEdit(std::int32_t) override {}
-};
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
-
 /// A running instance, and a client that listens to one parameter.
 class CBenchInterface {
 public:
     CBenchInterface()
     {
         check(startProduct(application));
-        wrapper = std::make_unique<CBenchWrapper>();
-        check(wrapper->init());
+        wrapper = CBenchWrapper::make();
         wrapper->setSampleRate(kRate);
-        wrapper->setChannelFormat({2, true, false}, {});
-        wrapper->setOutputFormat({2, true, false});
-        wrapper->afterInit();
         wrapper->startProcessing();
         param = wrapper->getParamCollector().find("plugin.modMain.modReelpath.recgain");
 

@@ -6,6 +6,7 @@
 #include "Bench/Audio/CBenchWrapper.h"
 #include "Bench/Audio/Filters/CPlainHalfBand.h"
 #include "Bench/Audio/Processes/CPlainTape.h"
+#include "Bench/Support/Check.h"
 #include "Bench/rsk/CStagedPlan.h"
 #include "Core/CApplication.h"
 #include "Platform/CFloatControl.h"
@@ -129,7 +130,7 @@ BENCHMARK(plainChain)->Arg(1)->Arg(8);
 void oversampledInstance(benchmark::State& state)
 {
     CApplication application;
-    checkBench(startProduct(application));
+    check(startProduct(application));
     const auto wrapper = CBenchWrapper::make();
     wrapper->set("oversampling", 1.0 + std::log2(static_cast<double>(state.range(0))));
     wrapper->set("modReelpath.cab-enable", state.range(1) > 0 ? 1.0 : 0.0);

@@ -3,12 +3,12 @@
 // left out; `Tools/scripts/setup.sh quality` installs them.
 
 #include "Bench/Peers/CLv2Plugin.h"
+#include "Bench/Support/Check.h"
 #include "Tools/hostlib/CHostContext.h"
 #include "Tools/hostlib/CVstInstance.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -22,14 +22,6 @@ using namespace Steinberg::Vst;
 
 constexpr double kRate = 44100.0;
 constexpr int kFrames = 65536;
-
-void check(CError* error)
-{
-    if (!error)
-        return;
-    std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-    std::abort();
-}
 
 /// Stereo noise that goes round, and room for what comes out.
 class CSound {

@@ -2,10 +2,8 @@
 
 #include "Audio/Processes/CBankedImpulseCache.h"
 #include "Audio/ProductCreators.h"
+#include "Bench/Support/Check.h"
 #include "Core/CApplication.h"
-
-#include <cstdio>
-#include <cstdlib>
 
 namespace tsm {
 
@@ -28,14 +26,6 @@ public:
     }
 
 private:
-    static void check(CError* error)
-    {
-        if (!error)
-            return;
-        std::fprintf(stderr, "%s\n", error->getMessage().toUtf8().c_str());
-        std::abort();
-    }
-
     CApplication application;
     CFileSetObject* bank = nullptr;
 };
